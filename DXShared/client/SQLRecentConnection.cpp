@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "client/SQLRecentConnection.h"
+
+#include "client/DXDBCTabColorHelper.h"
+#include "client/DabroDBC.h"
+
+#include <QUuid>
+
+#include <algorithm>
+#include <limits>
+
+namespace
+{
+
+constexpr QLatin1String idKey("connectionId");
+constexpr QLatin1String aliasKey("alias");
+constexpr QLatin1String hostKey("serverHost");
+constexpr QLatin1String usernameKey("username");
+constexpr QLatin1String databaseKey("database");
+constexpr QLatin1String portKey("serverPort");
+constexpr QLatin1String dateKey("connectionDate");
+constexpr QLatin1String parametersKey("connectionSessionParameters");
+constexpr QLatin1String rememberKey("rememberPassword");
+constexpr QLatin1String tunnelKey("sshTunnelDetails");
+constexpr QLatin1String passwordKey("password");
+
+} // namespace
+
+SQLRecentConnection::~SQLRecentConnection() = default;
+
+QString SQLRecentConnection::createConnectionId()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
+
+void SQLRecentConnection::copyFrom(const SQLRecentConnection &other)
+{
+    m_alias = other.m_alias;
+    m_username = other.m_username;
+    m_password = other.m_password;
+    m_serverHost = other.m_serverHost;
+    m_serverPort = other.m_serverPort;
+    m_database = other.m_database;
+    m_rememberPassword = other.m_rememberPassword;
+    m_connectionDate = other.m_connectionDate;
+    m_sessionParameters = other.m_sessionParameters;
+    m_sshTunnelDetails = other.m_sshTunnelDetails
+                             ? std::make_shared<DXSSHTunnelModel>(*other.m_sshTunnelDetails)
+                             : nullptr;
+}
+
+void SQLRecentConnection::didLoad()
+{
+    DXDBCTabColorHelper::sharedInstance().setColorFromAliasTemporaryForId(m_alias, m_connectionId);
+}
+
+void SQLRecentConnection::fill(DabroDBC &details) const
+{
+    details.setConnectionId(m_connectionId);
+    details.setAlias(m_alias);
+    details.setHost(m_serverHost);
+    details.setUsername(m_username);
+    details.setPassword(m_password);
+    details.setDatabase(m_database);
+    details.setPort(m_serverPort);
+    details.setConnectionSessionPreferences(m_sessionParameters);
+    if (m_sshTunnelDetails)
+        details.setSshTunnelModel(std::make_shared<DXSSHTunnelModel>(*m_sshTunnelDetails));
+}
+
+QCborMap SQLRecentConnection::encode() const
+{
+    QCborMap parameters;
+    for (auto entry = m_sessionParameters.begin(); entry != m_sessionParameters.end(); ++entry)
+        parameters.insert(entry.key(), entry.value());
+    QCborMap archive{
+        {idKey, m_connectionId},
+        {aliasKey, m_alias},
+        {hostKey, m_serverHost},
+        {usernameKey, m_username},
+        {databaseKey, m_database},
+        {portKey, m_serverPort},
+        {dateKey, QCborValue(m_connectionDate)},
+        {parametersKey, parameters},
+        {rememberKey, m_rememberPassword},
+        {passwordKey, m_rememberPassword ? m_password : QStringLiteral("")},
+    };
+    if (m_sshTunnelDetails)
+        archive.insert(tunnelKey, m_sshTunnelDetails->encode());
+    return archive;
+}
+
+void SQLRecentConnection::decode(const QCborMap &archive)
+{
+    m_connectionId = archive.value(idKey).toString();
+    if (m_connectionId.isEmpty())
+        m_connectionId = createConnectionId();
+    m_alias = archive.value(aliasKey).toString();
+    m_serverHost = archive.value(hostKey).toString();
+    m_username = archive.value(usernameKey).toString();
+    m_database = archive.value(databaseKey).toString();
+    m_serverPort = static_cast<quint16>(std::clamp<qint64>(archive.value(portKey).toInteger(), 0,
+                                                           std::numeric_limits<quint16>::max()));
+    m_connectionDate = archive.value(dateKey).toDateTime();
+    m_sessionParameters.clear();
+    const QCborMap parameters = archive.value(parametersKey).toMap();
+    for (auto entry = parameters.begin(); entry != parameters.end(); ++entry)
+        m_sessionParameters.insert(entry.key().toString(), entry.value().toString());
+    m_rememberPassword = archive.value(rememberKey).toBool();
+    m_password = m_rememberPassword ? archive.value(passwordKey).toString() : QStringLiteral("");
+    const QCborValue tunnel = archive.value(tunnelKey);
+    m_sshTunnelDetails =
+        tunnel.isMap()
+            ? std::make_shared<DXSSHTunnelModel>(DXSSHTunnelModel::decode(tunnel.toMap()))
+            : nullptr;
+}
