@@ -1,0 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tree/DXDatabaseTreeViewController.h"
+
+DXDatabaseTreeViewControllerDelegate::~DXDatabaseTreeViewControllerDelegate() = default;
+
+DXDatabaseTreeViewController::~DXDatabaseTreeViewController() = default;
