@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/DXGlobal.h"
+#include "tree/DXDatabaseTreeEntry.h"
+#include "tree/DXDatabaseTreeViewController.h"
+
+#include <QTimer>
+#include <QWidget>
+
+class DXDatabaseTreeModel;
+class DXMenu;
+class QLineEdit;
+class QMenu;
+class QStackedWidget;
+class QTreeView;
+
+/// The catalogue trees of the open connections, with a search field above: while something stands
+/// in it, copies of the trees that hold only what matches are shown in their place. [main]
+class DXSHARED_EXPORT DXDatabaseTreeView final : public QWidget, public DXDatabaseTreeViewController
+{
+    Q_OBJECT
+
+public:
+    /// delegate outlives the view.
+    explicit DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &delegate,
+                                QWidget *parent = nullptr);
+    ~DXDatabaseTreeView() override;
+
+    /// Adds a tree below the others and begins to load it.
+    void addRoot(const std::shared_ptr<DXDatabaseTreeEntry> &root);
+    void removeRoot(const std::shared_ptr<DXDatabaseTreeEntry> &root);
+    const DXDatabaseTreeEntry::List &roots() const;
+
+    /// The menu of entry, or null when it has nothing to offer; the caller owns it.
+    std::unique_ptr<QMenu> createMenu(DXDatabaseTreeEntry &entry);
+
+    std::shared_ptr<DXDatabaseTreeEntry> currentlySelectedDatabaseTreeEntry() const override;
+    void deselectAll() override;
+    void reloadData() override;
+    void doRefreshDatabaseTreeEntry(const std::shared_ptr<DXDatabaseTreeEntry> &entry) override;
+    DXDatabaseTreeViewControllerDelegate &delegate() override { return m_delegate; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QTreeView *createTree(DXDatabaseTreeModel &model);
+    QTreeView *shownTree() const;
+    bool keyPressed(int key, Qt::KeyboardModifiers modifiers);
+    void showMenu(const QPoint &position);
+    void loadingChanged();
+    void search(const QString &text);
+    void showResults(const DXDatabaseTreeEntry::List &results);
+
+    DXDatabaseTreeViewControllerDelegate &m_delegate;
+    DXDatabaseTreeModel *const m_model;
+    DXDatabaseTreeModel *const m_results;
+    QLineEdit *const m_searchField;
+    QStackedWidget *const m_stack;
+    QTreeView *const m_tree;
+    QTreeView *const m_resultsTree;
+    QTimer m_animation;
+    quint64 m_searchNumber = 0;
+};
