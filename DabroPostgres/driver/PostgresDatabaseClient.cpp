@@ -1,0 +1,275 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "driver/PostgresDatabaseClient.h"
+
+#include "client/DXHostCache.h"
+#include "client/DXSSHTunnel.h"
+#include "core/DXLogHelper.h"
+#include "dispatch/DXDispatch.h"
+#include "driver/PostgresConnectionHandle.h"
+#include "driver/PostgresDatabaseResultSet.h"
+
+#include <QRegularExpression>
+
+#include <poll.h>
+
+#include <cstdio>
+
+namespace
+{
+
+void initializeLibpq()
+{
+    static const bool initialized = [] {
+        DXLog(QString::asprintf("PQlibVersion version: %d", PQlibVersion()));
+        PQinitOpenSSL(1, 1);
+        return true;
+    }();
+    Q_UNUSED(initialized)
+}
+
+const QRegularExpression &postgresVersionRegularExpression()
+{
+    static const QRegularExpression expression(QStringLiteral("(\\d+(\\.\\d+)+)"));
+    return expression;
+}
+
+void printNotice(void *, const char *message)
+{
+    std::fputs(message, stderr);
+}
+
+void forwardNotice(void *handler, const char *message)
+{
+    (*static_cast<const DabroDatabaseClient::NoticeHandler *>(handler))(QString::fromUtf8(message));
+}
+
+// Since version 14 libpq says which connection failed before it says why.
+bool saysThatDatabaseIsAbsent(const QString &message)
+{
+    static const QRegularExpression expression(
+        QStringLiteral("\\A(?:connection to server (?:at|on) [^\\n]*? failed: )?FATAL:  database "),
+        QRegularExpression::CaseInsensitiveOption);
+    return expression.match(message).hasMatch();
+}
+
+} // namespace
+
+PostgresDatabaseClient::PostgresDatabaseClient()
+{
+    initializeLibpq();
+}
+
+PostgresDatabaseClient::PostgresDatabaseClient(
+    const std::shared_ptr<PostgresDatabaseConnectionDetails> &details)
+    : PostgresDatabaseClient()
+{
+    setDatabaseConnectionDetails(details);
+}
+
+PostgresDatabaseClient::~PostgresDatabaseClient()
+{
+    disconnect();
+}
+
+const PostgresDatabaseConnectionDetails &PostgresDatabaseClient::postgresDetails() const
+{
+    return static_cast<const PostgresDatabaseConnectionDetails &>(*databaseConnectionDetails());
+}
+
+bool PostgresDatabaseClient::connect(DXError *error, DXSSHDelegate *sshDelegate)
+{
+    DX_ASSERT_BACKGROUND();
+    DXError failure;
+    const bool isUsable = openConnection(sshDelegate, &failure) && applySessionPreferences(&failure)
+                          && readVersion(&failure);
+    if (failure)
+        DXError::report(error, failure);
+    return isUsable;
+}
+
+bool PostgresDatabaseClient::openConnection(DXSSHDelegate *sshDelegate, DXError *error)
+{
+    const PostgresDatabaseConnectionDetails &details = postgresDetails();
+    if (!openTunnel(sshDelegate, error))
+        return false;
+    openHandle(details.database());
+    if (!m_internalConnection->isOk() && details.database().isEmpty()
+        && saysThatDatabaseIsAbsent(m_internalConnection->errorMessage())) {
+        if (!openTunnel(sshDelegate, error))
+            return false;
+        openHandle(QStringLiteral("postgres"));
+    }
+    if (!m_internalConnection->isOk()) {
+        DXError::report(error, connectionFailure());
+        DXLog(QStringLiteral("Connection to database failed: %1")
+                  .arg(m_internalConnection->errorMessage()));
+        return false;
+    }
+    if (noticeHandler())
+        PQsetNoticeProcessor(m_internalConnection->get(), forwardNotice,
+                             const_cast<NoticeHandler *>(&noticeHandler()));
+    else
+        PQsetNoticeProcessor(m_internalConnection->get(), printNotice, nullptr);
+    return prepareEncoding(error);
+}
+
+// libpq only sees a tunnel's local end closing; why it did, ssh knows.
+DXError PostgresDatabaseClient::connectionFailure() const
+{
+    const DXError failure = m_internalConnection->error();
+    const QString said = m_tunnel ? m_tunnel->standardError().trimmed() : QString();
+    return said.isEmpty() ? failure : failure.withDetail(DXSSHTunnel::standardErrorKey(), said);
+}
+
+bool PostgresDatabaseClient::prepareEncoding(DXError *error)
+{
+    PGconn *const connection = m_internalConnection->get();
+    // Bytes of no known encoding, most often UTF-8, arrive as they are: asked for UTF-8, the server
+    // would refuse a whole query for one cell that is something else.
+    const QByteArrayView serverEncoding = PQparameterStatus(connection, "server_encoding");
+    const char *const encoding = serverEncoding == "SQL_ASCII" ? "SQL_ASCII" : "UTF8";
+    if (QByteArrayView(PQparameterStatus(connection, "client_encoding")) == encoding)
+        return true;
+    // Not in the connection string: a pooler may refuse start-up parameters that it does not know.
+    if (PQsetClientEncoding(connection, encoding) == 0)
+        return true;
+    DXError::report(error, m_internalConnection->error());
+    return false;
+}
+
+bool PostgresDatabaseClient::openTunnel(DXSSHDelegate *sshDelegate, DXError *error)
+{
+    if (!postgresDetails().sshTunnelModel())
+        return true;
+    if (m_tunnel)
+        m_tunnel->disconnect();
+    DXError failure;
+    m_tunnel = initializeSSH(sshDelegate, &failure);
+    if (failure)
+        DXError::report(error, failure);
+    return m_tunnel && !failure;
+}
+
+void PostgresDatabaseClient::openHandle(const QString &database)
+{
+    if (postgresDetails().needsHostName())
+        DXHostCache::sharedInstance().pinHost(postgresDetails().host());
+    const QString connectionString = generateConnectionString(m_tunnel.get(), database);
+    auto handle = std::make_shared<PostgresConnectionHandle>(
+        PQconnectdb(connectionString.toUtf8().constData()));
+    const std::lock_guard lock(m_handleMutex);
+    m_internalConnection.swap(handle);
+}
+
+bool PostgresDatabaseClient::applySessionPreferences(DXError *error)
+{
+    QStringList statements;
+    const QMap<QString, QString> preferences = postgresDetails().connectionSessionPreferences();
+    for (auto entry = preferences.cbegin(); entry != preferences.cend(); ++entry) {
+        const QString &name = entry.key();
+        const QString &value = entry.value();
+        if (value.isEmpty() || value.compare(QLatin1String("default"), Qt::CaseInsensitive) == 0)
+            continue;
+        if (name.compare(QLatin1String("timezone"), Qt::CaseInsensitive) == 0)
+            statements.append(QStringLiteral("SET TIME ZONE '%1'").arg(value));
+        else if (name.compare(QLatin1String("searchpath"), Qt::CaseInsensitive) == 0)
+            statements.append(QStringLiteral("SET search_path '%1'").arg(value));
+        else
+            statements.append(QStringLiteral("SET %1 TO %2").arg(name, value));
+    }
+    if (statements.isEmpty())
+        return true;
+    DXError failure;
+    executeNonQuery(statements.join(QLatin1String(";\r\n")), &failure);
+    if (failure)
+        DXError::report(error, failure);
+    return failure.isEmpty();
+}
+
+bool PostgresDatabaseClient::readVersion(DXError *error)
+{
+    DXError failure;
+    m_internalVersionString = QString();
+    if (const auto resultSet = executeQuery(QStringLiteral("SELECT version()"), &failure)) {
+        while (resultSet->next(&failure)) {
+            const DXValue version = resultSet->stringForColumnIndex(0);
+            m_internalVersionString = version.isText() ? version.toText() : QString();
+        }
+    }
+    if (failure)
+        DXError::report(error, failure);
+    if (failure || m_internalVersionString.isNull())
+        return false;
+    const auto match = postgresVersionRegularExpression().match(m_internalVersionString);
+    if (match.hasMatch())
+        m_internalVersionString = match.captured(1);
+    return true;
+}
+
+void PostgresDatabaseClient::disconnect()
+{
+    {
+        const std::lock_guard lock(m_handleMutex);
+        if (m_internalConnection)
+            m_internalConnection->close();
+        m_internalConnection.reset();
+    }
+    m_tunnel.reset();
+}
+
+bool PostgresDatabaseClient::isConnected() const
+{
+    return m_internalConnection && m_internalConnection->isOk();
+}
+
+bool PostgresDatabaseClient::isAlive() const
+{
+    if (!isConnected())
+        return false;
+    PGconn *const connection = m_internalConnection->get();
+    pollfd readable{PQsocket(connection), POLLIN, 0};
+    // An idle server says nothing but notices, parameter changes and, at last, that it goes.
+    while (isConnected() && ::poll(&readable, 1, 0) > 0) {
+        if (PQconsumeInput(connection) == 0)
+            return false;
+        PQisBusy(connection);
+    }
+    return isConnected();
+}
+
+bool PostgresDatabaseClient::isInTransaction() const
+{
+    if (!isConnected())
+        return false;
+    const PGTransactionStatusType status = PQtransactionStatus(m_internalConnection->get());
+    return status == PQTRANS_ACTIVE || status == PQTRANS_INTRANS || status == PQTRANS_INERROR;
+}
+
+bool PostgresDatabaseClient::resetSession(DXError *error)
+{
+    DX_ASSERT_BACKGROUND();
+    DXError failure;
+    if (isInTransaction())
+        rollbackTransaction(&failure);
+    if (!failure)
+        executeNonQuery(QStringLiteral("DISCARD ALL"), &failure);
+    if (failure) {
+        DXError::report(error, failure);
+        return false;
+    }
+    return prepareEncoding(error) && applySessionPreferences(error);
+}
+
+void PostgresDatabaseClient::reportError(const DXError &error, const QString &details)
+{
+    reportError(error, QVariantMap{{QStringLiteral("Details"), details}});
+}
+
+void PostgresDatabaseClient::reportError(const DXError &error, const QVariantMap &details)
+{
+    if (error.description().contains(QLatin1String("Operation timed out"))
+        || error.description().contains(QLatin1String("pg_hba.conf rejects")))
+        return;
+    DXLogHelper::sharedInstance().logError(error, details);
+}

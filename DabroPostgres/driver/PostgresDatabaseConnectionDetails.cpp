@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "driver/PostgresDatabaseConnectionDetails.h"
+
+#include "driver/PostgresWordLists.h"
+
+#include <QCborValue>
+#include <QCryptographicHash>
+
+namespace
+{
+
+constexpr QLatin1String sslDetailsKey("sslDetails");
+
+bool isPresentAndEqual(const QString &own, const QString &other)
+{
+    return !own.isNull() && !other.isNull() && own == other;
+}
+
+} // namespace
+
+PostgresDatabaseConnectionDetails::PostgresDatabaseConnectionDetails(
+    const PostgresDatabaseConnectionDetails &other)
+    : DabroDBC(other)
+    , m_sslDetails(other.m_sslDetails ? std::make_shared<PostgresSSLDetails>(*other.m_sslDetails)
+                                      : nullptr)
+{ }
+
+std::shared_ptr<DabroDBC> PostgresDatabaseConnectionDetails::copy() const
+{
+    return std::shared_ptr<DabroDBC>(new PostgresDatabaseConnectionDetails(*this));
+}
+
+QString PostgresDatabaseConnectionDetails::description() const
+{
+    const QString server =
+        QStringLiteral("%1@@%2:%3").arg(username(), host(), QString::number(port()));
+    return database().isEmpty() ? server : server + QStringLiteral(" - ") + database();
+}
+
+bool PostgresDatabaseConnectionDetails::isEqualToDatabaseConnectionDetails(
+    const DabroDBC &other) const
+{
+    const auto *const record = dynamic_cast<const PostgresDatabaseConnectionDetails *>(&other);
+    if (!record)
+        return false;
+    if (!isPresentAndEqual(connectionId(), record->connectionId())
+        || !isPresentAndEqual(host(), record->host())
+        || !isPresentAndEqual(username(), record->username())
+        || !isPresentAndEqual(password(), record->password()) || port() != record->port())
+        return false;
+    if (!database().isNull() && !record->database().isNull() && database() != record->database())
+        return false;
+    if (!m_sslDetails || !record->m_sslDetails)
+        return !m_sslDetails && !record->m_sslDetails;
+    return m_sslDetails->isEqual(*record->m_sslDetails);
+}
+
+QByteArray PostgresDatabaseConnectionDetails::sessionKey() const
+{
+    const QByteArray tls =
+        m_sslDetails ? QCborValue(m_sslDetails->encode()).toCbor() : QByteArray();
+    return DabroDBC::sessionKey() + QCryptographicHash::hash(tls, QCryptographicHash::Sha256);
+}
+
+bool PostgresDatabaseConnectionDetails::needsHostName() const
+{
+    return password().isEmpty()
+           || (m_sslDetails && m_sslDetails->sslMode() == QLatin1String("verify-full"));
+}
+
+const QStringList &PostgresDatabaseConnectionDetails::keywords()
+{
+    return PostgresWordLists::sharedInstance().keywords();
+}
+
+QStringList PostgresDatabaseConnectionDetails::sqlFunctions() const
+{
+    return PostgresWordLists::sharedInstance().functions();
+}
+
+QStringList PostgresDatabaseConnectionDetails::functionsAndKeywords() const
+{
+    return PostgresWordLists::sharedInstance().functionsAndKeywords();
+}
+
+void PostgresDatabaseConnectionDetails::encode(QCborMap &archive) const
+{
+    DabroDBC::encode(archive);
+    if (m_sslDetails)
+        archive.insert(sslDetailsKey, m_sslDetails->encode());
+}
+
+void PostgresDatabaseConnectionDetails::decode(const QCborMap &archive)
+{
+    DabroDBC::decode(archive);
+    const QCborValue tls = archive.value(sslDetailsKey);
+    if (tls.isMap())
+        m_sslDetails =
+            std::make_shared<PostgresSSLDetails>(PostgresSSLDetails::decode(tls.toMap()));
+}

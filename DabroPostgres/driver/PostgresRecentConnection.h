@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "client/SQLRecentConnection.h"
+#include "driver/PostgresSSLDetails.h"
+
+#include <memory>
+
+class SQLRecentConnectionList;
+
+/// One saved PostgreSQL connection. [main]
+class PostgresRecentConnection final : public SQLRecentConnection
+{
+public:
+    PostgresRecentConnection() = default;
+
+    /// All of them, not loaded yet when first asked for.
+    static SQLRecentConnectionList &savedConnections();
+
+    /// Absent when the user never configured TLS.
+    std::shared_ptr<PostgresSSLDetails> sslDetails() const { return m_sslDetails; }
+    void setSslDetails(const std::shared_ptr<PostgresSSLDetails> &details)
+    {
+        m_sslDetails = details;
+    }
+    /// Whether the tree groups this connection's objects by schema.
+    bool groupSchemas() const { return m_groupSchemas; }
+    void setGroupSchemas(bool groupSchemas) { m_groupSchemas = groupSchemas; }
+
+    QString icon32() const override { return QStringLiteral("ConnectionWindow-Postgres"); }
+    QString iconLarge() const override { return QStringLiteral("ConnectionPostgres"); }
+    std::shared_ptr<DabroDBC> createDatabaseConnectionDetails() const override;
+    void copyFrom(const SQLRecentConnection &other) override;
+    void didLoad() override;
+    QCborMap encode() const override;
+    void decode(const QCborMap &archive) override;
+
+private:
+    std::shared_ptr<PostgresSSLDetails> m_sslDetails;
+    bool m_groupSchemas = false;
+};

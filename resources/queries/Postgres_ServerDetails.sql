@@ -1,0 +1,2 @@
+-- Columns: server_version
+SELECT pg_catalog.version() AS server_version
