@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "scripts/PostgresScriptQueryLoader.h"
+
+/// A table as a bare CREATE TABLE, to be edited by hand.
+class PostgresScriptAlterTableQueryLoader final : public PostgresScriptQueryLoader
+{
+public:
+    struct Init
+    {
+        QString tableName;
+        QString schema;
+    };
+    explicit PostgresScriptAlterTableQueryLoader(const Init &init);
+
+protected:
+    QString script(const DabroDBC &details) const override;
+
+private:
+    const QString m_internalTableName;
+    const QString m_internalSchemaName;
+};

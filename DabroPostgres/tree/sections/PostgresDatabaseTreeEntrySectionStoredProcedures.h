@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "tree/sections/PostgresDatabaseTreeEntrySection.h"
+
+/// "Functions". Its load is `loadProcedures:error:`.
+class PostgresDatabaseTreeEntrySectionStoredProcedures final
+    : public PostgresDatabaseTreeEntrySection
+{
+public:
+    explicit PostgresDatabaseTreeEntrySectionStoredProcedures(const QString &parentSchema);
+
+    QString displayName() const override;
+    DXMenu menu() override;
+
+protected:
+    QString query(const QString &serverVersion) const override;
+    QString errorDomain() const override;
+    std::shared_ptr<DXDatabaseTreeEntry> makeEntry(const DatabaseResultSet &row,
+                                                   const Naming &naming) const override;
+    List sorted(const List &entries) const override;
+};
