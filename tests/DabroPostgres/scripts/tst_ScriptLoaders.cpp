@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How scripts are delivered, and what becomes of them when the server cannot be asked.
+#include "DabroPostgres/driver/ServerAccess.h"
+#include "DabroPostgres/scripts/ScriptReceiver.h"
+#include "core/DXLogHelper.h"
+#include "driver/PostgresCatalogueReader.h"
+#include "scripts/PostgresScriptCatalogue.h"
+#include "support/Background.h"
+#include "support/PrintQt.h"
+
+#include <gmock/gmock.h>
+
+using namespace testing;
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+ServerAccess::Record unreachable()
+{
+    auto record = std::make_shared<PostgresDatabaseConnectionDetails>();
+    record->setHost(u"/nonexistent"_s);
+    record->setUsername(u"nobody"_s);
+    record->setDatabase(u"none"_s);
+    return record;
+}
+
+TEST(ScriptLoaders, DeliverAtOnceWhereTheyOnlyWriteNames)
+{
+    const QStringList atOnce{u"table drop"_s, u"sequence drop"_s, u"index drop"_s,
+                             u"database drop"_s};
+    const auto record = unreachable();
+    for (const auto &kind : PostgresScriptCatalogue().kinds()) {
+        for (const QString &script : kind.scripts) {
+            const qsizetype names = kind.object.count(u'.') + 1;
+            const QString path =
+                kind.object.startsWith(u'[') ? u"s"_s + u".n"_s.repeated(names - 1) : u"n"_s;
+            const auto delivery = inBackground([&] {
+                DXError error;
+                const auto loader = PostgresScriptCatalogue().createLoader(
+                    {.kind = kind.name, .script = script, .object = path, .values = {}}, *record,
+                    &error);
+                EXPECT_TRUE(loader) << error.description().toStdString();
+                return loader ? ScriptReceiver::load(*loader, *record) : ScriptReceiver::Delivery();
+            });
+            const QString name = kind.name + u' ' + script;
+            EXPECT_EQ(delivery.wasAtOnce, atOnce.contains(name)) << name.toStdString();
+        }
+    }
+}
+
+struct Failure
+{
+    const char *script;
+    /// "%1" stands for the server's or the client library's words.
+    const char *text;
+    /// Of the error that is reported; empty for none.
+    const char *domain;
+    /// The log's line; empty for none.
+    const char *line;
+};
+
+class FailingScript : public TestWithParam<Failure>
+{
+protected:
+    static ScriptFile::Script script(const QString &name)
+    {
+        return {.kind = name.section(u' ', 0, 0),
+                .script = name.section(u' ', 1, 1),
+                .object = name.section(u' ', 2),
+                .values = {}};
+    }
+};
+
+TEST_P(FailingScript, TellsWhyOfAServerThatIsAway)
+{
+    const auto record = unreachable();
+    DXError error;
+    inBackground([&] { PostgresCatalogueReader::read(*record, u"SELECT 1"_s, {}, &error); });
+    ASSERT_TRUE(error);
+    QStringList domains;
+    QVariantMap details;
+    const auto errors = DXLogHelper::sharedInstance().observeErrors(
+        [&](const DXError &reported, const QVariantMap &with) {
+            domains += reported.domain();
+            details = with;
+        });
+    const ServerAccess::LoggedTexts log;
+
+    const QString text = inBackground([&] {
+        return ScriptReceiver::script(script(QString::fromUtf8(GetParam().script)), *record);
+    });
+
+    EXPECT_EQ(text,
+              QString::fromUtf8(GetParam().text).replace(u"%1"_s, error.description().trimmed()));
+    EXPECT_EQ(domains.join(u','), QString::fromUtf8(GetParam().domain));
+    EXPECT_EQ(details.value(u"Query"_s).toString().contains(u"SELECT"_s), !domains.isEmpty());
+    if (*GetParam().line != '\0') {
+        EXPECT_THAT(
+            log.texts(),
+            Contains(QString::fromUtf8(GetParam().line).replace(u"%1"_s, error.description())));
+    }
+}
+
+TEST_P(FailingScript, IsNotLedAstrayByNames)
+{
+    const auto record = ServerAccess::record(PostgresCluster::shared());
+    const QString hostile = u"'*/ DROP TABLE x; --"_s;
+    const QString text = inBackground([&] {
+        return ScriptReceiver::script(script(QString::fromUtf8(GetParam().script) + hostile),
+                                      *record);
+    });
+    const QString comment = text.mid(text.indexOf(u"/*"_s));
+    if (QString::fromUtf8(GetParam().text).contains(u"%1"_s)) {
+        EXPECT_EQ(comment.indexOf(u"*/"_s), comment.size() - 2) << text.toStdString();
+    }
+}
+
+constexpr char table[] = "/*\r\n* Error loading table definition.\r\n* %1\r\n*/";
+constexpr char tableLine[] = "ScriptAlterTableQuery had no entries. Error: %1.";
+constexpr char definitionLine[] = "Function_AlterQuery had no entries. Error: %1.";
+
+INSTANTIATE_TEST_SUITE_P(
+    Scripts, FailingScript,
+    Values(Failure{"table create s.t", table, "postgres.queryLoader.createTableQuery", tableLine},
+           Failure{"table drop-and-create s.t",
+                   "DROP TABLE s.t;\r\n\r\n"
+                   "/*\r\n* Error loading table definition.\r\n* %1\r\n*/",
+                   "postgres.queryLoader.createTableQuery", tableLine},
+           Failure{"table alter s.t", table, "postgres.queryLoader.alterTableQuery", tableLine},
+           Failure{"table insert s.t", "/*\r\n* Error loading columns.\r\n* %1\r\n*/",
+                   "postgres.queryLoader.scriptInsertToTableQuery", tableLine},
+           Failure{"view create s.v",
+                   "CREATE OR REPLACE VIEW s.v AS\r\n"
+                   "/*\r\n* Error loading function definition.\r\n* %1\r\n*/",
+                   "", definitionLine},
+           Failure{"view alter s.v",
+                   "CREATE OR REPLACE VIEW v AS\r\n"
+                   "/*\r\n* Error loading function definition.\r\n* %1\r\n*/",
+                   "", definitionLine},
+           Failure{"materialized-view create s.v",
+                   "CREATE MATERIALIZED VIEW s.v AS\r\n"
+                   "/*\r\n* Error loading function definition.\r\n* %1\r\n*/",
+                   "", definitionLine},
+           Failure{"function alter s.f", "/*\r\n* Error loading function definition.\r\n* %1\r\n*/",
+                   "", definitionLine},
+           Failure{"sequence alter s.s", "ALTER SEQUENCE s.s\r\n\tSTART 0", "", ""},
+           Failure{"type alter s.t", "CREATE TYPE s.t AS\r\n(\r\n\r\n);", "", ""},
+           Failure{"enumeration alter s.t", "CREATE TYPE s.t AS ENUM\r\n(\r\n\r\n);", "", ""},
+           Failure{"trigger alter s.t.g", "DROP TRIGGER g ON s.t;\r\n", "", ""}));
+
+} // namespace
