@@ -46,6 +46,10 @@ public:
     /// object need not exist. May ask the server where names without a schema live. [background]
     virtual std::shared_ptr<DXQueryLoader>
     createLoader(const Request &request, const DabroDBC &details, DXError *error) const = 0;
+    /// Whether the request's object exists, whatever the script. *Result decides*: false with error
+    /// telling what is missing, or why that could not be found out. [background]
+    virtual bool objectExists(const Request &request, const DabroDBC &details,
+                              DXError *error) const = 0;
 
 protected:
     DXScriptCatalogue() = default;

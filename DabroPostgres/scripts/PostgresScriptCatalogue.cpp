@@ -5,6 +5,7 @@
 #include "client/DabroDBC.h"
 #include "driver/PostgresDefaultSchemaHelper.h"
 #include "scripts/PostgresScriptObject.h"
+#include "scripts/PostgresScriptObjectCheck.h"
 #include "scripts/object/PostgresScriptAlterFunctionQueryLoader.h"
 #include "scripts/object/PostgresScriptAlterSequenceQueryLoader.h"
 #include "scripts/object/PostgresScriptAlterTriggerQueryLoader.h"
@@ -194,10 +195,34 @@ const Named *find(const QList<Named> &list, const QString &name)
     return found == list.end() ? nullptr : &*found;
 }
 
-Loader refuse(DXError *error, const QString &text)
+bool refuse(DXError *error, const QString &text)
 {
     DXError::report(error, DXError(QStringLiteral("postgres.scriptCatalogue"), 0, text));
-    return nullptr;
+    return false;
+}
+
+// The kind of a request, or nothing and an error.
+const ScriptedKind *kindOf(const DXScriptCatalogue::Request &request, DXError *error)
+{
+    const ScriptedKind *kind = find(scriptedKinds(), request.kind);
+    if (!kind)
+        refuse(error,
+               QStringLiteral("There are no scripts for the kind \"%1\".").arg(request.kind));
+    return kind;
+}
+
+// The object of a request, in the default schema where it names none; nothing, and an error, for a
+// text that names none.
+std::optional<Object> objectOf(const DXScriptCatalogue::Request &request, const ScriptedKind &kind,
+                               const DabroDBC &details, DXError *error)
+{
+    auto object = Object::parse(request.object, kind.form);
+    if (!object)
+        refuse(error, QStringLiteral("\"%1\" names no %2: write %3.")
+                          .arg(request.object, request.kind, kind.object));
+    else if (object->schema.isNull() && kind.form != Object::Form::Name)
+        object->schema = PostgresDefaultSchemaHelper::sharedInstance().schemaForDBC(details);
+    return object;
 }
 
 } // namespace
@@ -217,19 +242,23 @@ QList<DXScriptCatalogue::Kind> PostgresScriptCatalogue::kinds() const
 Loader PostgresScriptCatalogue::createLoader(const Request &request, const DabroDBC &details,
                                              DXError *error) const
 {
-    const ScriptedKind *kind = find(scriptedKinds(), request.kind);
+    const ScriptedKind *kind = kindOf(request, error);
     if (!kind)
-        return refuse(
-            error, QStringLiteral("There are no scripts for the kind \"%1\".").arg(request.kind));
+        return nullptr;
     const Script *script = find(kind->scripts, request.script);
-    if (!script)
-        return refuse(error, QStringLiteral("There is no script \"%1\" for a %2.")
-                                 .arg(request.script, request.kind));
-    auto object = Object::parse(request.object, kind->form);
-    if (!object)
-        return refuse(error, QStringLiteral("\"%1\" names no %2: write %3.")
-                                 .arg(request.object, request.kind, kind->object));
-    if (object->schema.isNull() && kind->form != Object::Form::Name)
-        object->schema = PostgresDefaultSchemaHelper::sharedInstance().schemaForDBC(details);
-    return script->make(*object, request.values);
+    if (!script) {
+        refuse(error, QStringLiteral("There is no script \"%1\" for a %2.")
+                          .arg(request.script, request.kind));
+        return nullptr;
+    }
+    const auto object = objectOf(request, *kind, details, error);
+    return object ? script->make(*object, request.values) : nullptr;
+}
+
+bool PostgresScriptCatalogue::objectExists(const Request &request, const DabroDBC &details,
+                                           DXError *error) const
+{
+    const ScriptedKind *kind = kindOf(request, error);
+    const auto object = kind ? objectOf(request, *kind, details, error) : std::nullopt;
+    return object && PostgresScriptObjectCheck::exists(*object, request.kind, details, error);
 }

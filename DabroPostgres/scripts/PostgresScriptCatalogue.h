@@ -13,4 +13,6 @@ public:
     QList<Kind> kinds() const override;
     std::shared_ptr<DXQueryLoader> createLoader(const Request &request, const DabroDBC &details,
                                                 DXError *error) const override;
+    bool objectExists(const Request &request, const DabroDBC &details,
+                      DXError *error) const override;
 };

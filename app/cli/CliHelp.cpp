@@ -64,8 +64,8 @@ Connects, and tells what connects, how, and to which version of the server.
 constexpr char scriptHelp[] =
     R"(Usage: dabro-cli script [OPTIONS] [URL] KIND OBJECT [COLUMN=VALUE...]
 
-Prints the scripts for an object, each under a comment with its name, and runs
-none of them. Lines end as on other systems, too: with CR LF.
+Prints the scripts for an object that exists, each under a comment with its
+name, and runs none of them. Lines end as on other systems, too: with CR LF.
 
   KIND               OBJECT                         scripts
   table              [SCHEMA.]TABLE                 create, alter, drop,

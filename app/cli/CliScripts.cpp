@@ -54,14 +54,25 @@ void CliScripts::makeLoaders(const std::shared_ptr<DXScriptCatalogue> &catalogue
                              const QStringList &names)
 {
     DXDispatch::background([self = shared_from_this(), catalogue, names] {
-        Made made;
-        for (const QString &name : names) {
-            DXScriptCatalogue::Request request = self->m_init.request;
-            request.script = name;
-            made.loaders += catalogue->createLoader(request, *self->m_init.details, &made.error);
-        }
+        const Made made = self->made(*catalogue, names);
         DXDispatch::main([self, made] { self->loadersMade(made); });
     });
+}
+
+// A script about nothing looks like one about something that is empty: the object is looked up
+// first.
+CliScripts::Made CliScripts::made(const DXScriptCatalogue &catalogue,
+                                  const QStringList &names) const
+{
+    Made made;
+    if (!catalogue.objectExists(m_init.request, *m_init.details, &made.error))
+        return made;
+    for (const QString &name : names) {
+        DXScriptCatalogue::Request request = m_init.request;
+        request.script = name;
+        made.loaders += catalogue.createLoader(request, *m_init.details, &made.error);
+    }
+    return made;
 }
 
 void CliScripts::loadersMade(const Made &made)

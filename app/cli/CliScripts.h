@@ -45,6 +45,8 @@ private:
 
     QStringList scriptNames(const DXScriptCatalogue &catalogue);
     void makeLoaders(const std::shared_ptr<DXScriptCatalogue> &catalogue, const QStringList &names);
+    /// [background]
+    Made made(const DXScriptCatalogue &catalogue, const QStringList &names) const;
     void loadersMade(const Made &made);
     void loadNext();
     void print(const QString &script);

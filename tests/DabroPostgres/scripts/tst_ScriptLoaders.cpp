@@ -7,6 +7,7 @@
 #include "driver/PostgresCatalogueReader.h"
 #include "scripts/PostgresScriptCatalogue.h"
 #include "support/Background.h"
+#include "support/DXWait.h"
 #include "support/PrintQt.h"
 
 #include <gmock/gmock.h>
@@ -149,5 +150,101 @@ INSTANTIATE_TEST_SUITE_P(
            Failure{"type alter s.t", "CREATE TYPE s.t AS\r\n(\r\n\r\n);", "", ""},
            Failure{"enumeration alter s.t", "CREATE TYPE s.t AS ENUM\r\n(\r\n\r\n);", "", ""},
            Failure{"trigger alter s.t.g", "DROP TRIGGER g ON s.t;\r\n", "", ""}));
+
+struct Lookup
+{
+    const char *kind;
+    const char *object;
+    /// What is wrong; empty for an object that exists.
+    const char *refusal;
+};
+
+class LookedUpObject : public TestWithParam<Lookup>
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        PostgresCluster::shared().createDatabase(u"looked up"_s);
+        PostgresCluster::shared().psql(
+            u"CREATE SCHEMA s; CREATE TABLE s.t (id int PRIMARY KEY, \"it's\" int);"
+            "CREATE VIEW v AS SELECT 1 AS one; CREATE TYPE mood AS ENUM ('a');"
+            "CREATE FUNCTION f(a int) RETURNS int LANGUAGE sql AS 'SELECT 1';"
+            "CREATE FUNCTION f(a text) RETURNS int LANGUAGE sql AS 'SELECT 2'"_s,
+            u"looked up"_s);
+    }
+};
+
+TEST_P(LookedUpObject, IsFoundOrMissed)
+{
+    const auto record = ServerAccess::record(PostgresCluster::shared(), u"looked up"_s);
+    const QString kind = QString::fromUtf8(GetParam().kind);
+    DXError error;
+    const bool exists = inBackground([&] {
+        return PostgresScriptCatalogue().objectExists(
+            {.kind = kind,
+             .script = {},
+             .object = QString::fromUtf8(GetParam().object),
+             .values = {}},
+            *record, &error);
+    });
+    EXPECT_EQ(error.description().toStdString(), GetParam().refusal);
+    EXPECT_EQ(exists, *GetParam().refusal == '\0');
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Scripts, LookedUpObject,
+    Values(Lookup{"table", "s.t", ""}, Lookup{"row", "v", ""}, Lookup{"column", "s.t.it's", ""},
+           Lookup{"function", "f(integer)", ""}, Lookup{"function", "public.f(a text)", ""},
+           Lookup{"database", "\"looked up\"", ""}, Lookup{"index", "s.t_pkey", ""},
+           Lookup{"table", "pg_catalog.pg_class", ""},
+           Lookup{"table", "t", "There is no table \"t\" in the schema \"public\"."},
+           Lookup{"table", "s.T", "There is no table \"T\" in the schema \"s\", but \"t\"."},
+           Lookup{"table", "\"o'x\".t", "There is no schema \"o'x\"."},
+           Lookup{"row", "t", "There is no table \"t\" in the search path."},
+           Lookup{"table", "v", "\"public.v\" is a view, not a table."},
+           Lookup{"type", "mood", "\"public.mood\" is an enumeration, not a type."},
+           Lookup{"view", "pg_catalog.pg_tables",
+                  "\"pg_catalog.pg_tables\" is a system view, not a view."},
+           Lookup{"column", "s.t.ID", "There is no column \"ID\" in \"s.t\", but \"id\"."},
+           Lookup{"trigger", "s.t.id", "There is no trigger \"id\" in \"s.t\"."},
+           Lookup{"trigger", "s.x.g", "There is no table \"x\" in the schema \"s\"."},
+           Lookup{"function", "F(text)",
+                  "There is no function \"F(text)\" in the schema \"public\", but "
+                  "\"f(a integer)\", \"f(a text)\"."},
+           Lookup{"database", "SHOP", "There is no database \"SHOP\"."},
+           Lookup{"cat", "x", "There are no scripts for the kind \"cat\"."}));
+
+// Only the script that creates a table tries again when its connection breaks.
+TEST(ScriptLoaders, OutliveABrokenConnectionWhereTheyMay)
+{
+    PostgresCluster &cluster = PostgresCluster::shared();
+    cluster.createDatabase(u"broken"_s);
+    cluster.psql(u"CREATE TABLE t (id int)"_s, u"broken"_s);
+    const auto record = ServerAccess::record(cluster, u"broken"_s);
+    for (const auto &[script, isRepeated] : {std::pair(u"create"_s, true), {u"alter"_s, false}}) {
+        const auto locker = ServerAccess::connected(record);
+        EXPECT_FALSE(ServerAccess::errorOf(
+            *locker, u"BEGIN; LOCK TABLE pg_catalog.pg_attrdef IN ACCESS EXCLUSIVE MODE"_s));
+        QString text;
+        auto loading = ServerAccess::start([&, name = script] {
+            text = ScriptReceiver::script(
+                {.kind = u"table"_s, .script = name, .object = u"public.t"_s, .values = {}},
+                *record);
+            return DXError();
+        });
+        const QString waiting = u"FROM pg_stat_activity WHERE wait_event_type = 'Lock' "
+                                "AND datname = 'broken'"_s;
+        const auto isWaiting = [&] {
+            return cluster.psql(u"SELECT count(*) "_s + waiting).trimmed() == u"1"_s;
+        };
+        EXPECT_TRUE(DXWait::until(isWaiting));
+        cluster.psql(u"SELECT pg_terminate_backend(pid) "_s + waiting);
+        EXPECT_TRUE(DXWait::until([&] { return isWaiting() == isRepeated; }));
+        EXPECT_FALSE(ServerAccess::errorOf(*locker, u"COMMIT"_s));
+        EXPECT_FALSE(ServerAccess::finish(loading));
+        EXPECT_EQ(text.contains(u"Error loading"_s), !isRepeated) << text.toStdString();
+        EXPECT_EQ(text.contains(u"id integer"_s), isRepeated);
+    }
+}
 
 } // namespace

@@ -68,7 +68,11 @@ TEST_F(CliProgramTest, PrintsEachStatementsGridAndMessage)
 TEST_F(CliProgramTest, PrintsScriptsAndCompletions)
 {
     cluster().createDatabase(u"scripted"_qs);
-    cluster().psql(u"CREATE TABLE items (id int PRIMARY KEY, \"Name\" text)"_qs, u"scripted"_qs);
+    cluster().psql(u"CREATE TABLE items (id int PRIMARY KEY, \"Name\" text);"
+                   "CREATE SCHEMA s; CREATE TABLE s.\"o'y\" ();"
+                   "CREATE TABLE s.t (a int); CREATE INDEX \"Two Words\" ON s.t (a);"
+                   "CREATE TYPE s.e AS (a int, b text)"_qs,
+                   u"scripted"_qs);
     struct Case
     {
         QStringList arguments;
@@ -82,10 +86,15 @@ TEST_F(CliProgramTest, PrintsScriptsAndCompletions)
          "DROP TABLE public.items;\n",
          ""},
         {{u"script"_qs, u"index"_qs, u"s.Two Words"_qs}, 0, "DROP INDEX s.\"Two Words\"\n", ""},
-        {{u"script"_qs, u"type"_qs, u"s.t"_qs},
+        {{u"script"_qs, u"type"_qs, u"s.e"_qs},
          0,
-         "-- alter\nCREATE TYPE s.t AS\r\n(\r\n\r\n);\n\n-- drop\nDROP TYPE s.t\n",
+         "-- alter\nCREATE TYPE s.e AS\r\n(\r\n\ta integer,\r\n\tb text\r\n);\n\n"
+         "-- drop\nDROP TYPE s.e\n",
          ""},
+        {{u"script"_qs, u"table"_qs, u"Items"_qs},
+         2,
+         "",
+         "There is no table \"Items\" in the schema \"public\", but \"items\".\n"},
         {{u"script"_qs, u"row"_qs, u"items"_qs, u"id=1"_qs, u"Name=a=b"_qs},
          0,
          "DELETE FROM items WHERE id = '1' AND \"Name\" = 'a=b';\n",
