@@ -10,20 +10,20 @@
 namespace
 {
 
-quint64 nextValue(const DabroDBC &details, const QString &path)
+qint64 nextValue(const DabroDBC &details, const QString &path)
 {
     // nextval() has to be let write, but nothing else that a name may have put into the statement.
     using Access = PostgresCatalogueReader::Access;
     const bool isPlain = !path.contains(u'\'') && !path.contains(u'\\');
     const Access access = isPlain ? Access::Writing : Access::ReadOnly;
     const QString query = QStringLiteral("SELECT nextval('%1')").arg(path);
-    quint64 value = 0;
+    qint64 value = 0;
     DabroDatabaseConnectionPool::executeQuery(
         [&](DabroDatabaseClient &client, DXError *error) {
             PostgresCatalogueReader::read(
                 client, query,
                 [&](const DatabaseResultSet &row) {
-                    value = static_cast<quint64>(row.stringForColumnIndex(0).toInteger());
+                    value = row.stringForColumnIndex(0).toInteger();
                 },
                 error, access);
         },
