@@ -13,10 +13,12 @@
 #include "driver/PostgresSystemDatabaseQueries.h"
 
 #include <QHash>
+#include <QQueue>
 #include <QSet>
 #include <QVersionNumber>
 
 #include <algorithm>
+#include <functional>
 #include <mutex>
 #include <optional>
 
@@ -34,6 +36,58 @@ struct Store
 Store &store()
 {
     static Store instance;
+    return instance;
+}
+
+using Pooled = DabroDatabaseConnectionPool::AllowPooled;
+
+// Loads that were asked for, in a lane for each server. A server's databases are asked for
+// together, and may be hundreds: only some load at a time, and then on connections that do not
+// stay.
+class Requests final
+{
+public:
+    using Work = std::function<void(Pooled allowPooled)>;
+
+    void add(const QString &server, const Work &work)
+    {
+        const std::lock_guard lock(m_mutex);
+        Lane &lane = m_lanes[server];
+        lane.waiting.enqueue(work);
+        if (lane.running < mostAtATime && DXDispatch::background([this, server] { run(server); }))
+            ++lane.running;
+    }
+
+private:
+    static constexpr int mostAtATime = 2;
+    struct Lane
+    {
+        QQueue<Work> waiting;
+        int running = 0;
+    };
+
+    void run(const QString &server)
+    {
+        for (std::unique_lock lock(m_mutex);; lock.lock()) {
+            Lane &lane = m_lanes[server];
+            if (lane.waiting.isEmpty()) {
+                --lane.running;
+                return;
+            }
+            const bool isAlone = lane.waiting.size() == 1 && lane.running == 1;
+            const Work work = lane.waiting.dequeue();
+            lock.unlock();
+            work(isAlone ? Pooled::Yes : Pooled::No);
+        }
+    }
+
+    std::mutex m_mutex;
+    QHash<QString, Lane> m_lanes;
+};
+
+Requests &requests()
+{
+    static Requests instance;
     return instance;
 }
 
@@ -107,22 +161,31 @@ void PostgresEnumTypeHelper::requestEnumTypesForDatabaseConnection(const DabroDB
 {
     if (details.database().isEmpty())
         return;
-    DXDispatch::background([details = details.copy(), requiresUpdate] {
+    const QString server = details.host() + u':' + QString::number(details.port());
+    requests().add(server, [details = details.copy(), requiresUpdate](Pooled allowPooled) {
         const EnumTypes existing = enumTypesForDatabaseConnection(*details);
         if (!existing || requiresUpdate == RequiresUpdate::Yes)
-            doGetEnumTypesForDatabaseConnection(*details, existing);
+            loadAndStore(*details, existing, allowPooled == Pooled::Yes);
     });
 }
 
 void PostgresEnumTypeHelper::doGetEnumTypesForDatabaseConnection(const DabroDBC &details,
                                                                  const EnumTypes &existingDetails)
 {
+    loadAndStore(details, existingDetails, true);
+}
+
+void PostgresEnumTypeHelper::loadAndStore(const DabroDBC &details, const EnumTypes &existingDetails,
+                                          bool isPooled)
+{
     DX_ASSERT_BACKGROUND();
     std::optional<Types> types;
     DXError error;
     DabroDatabaseConnectionPool::executeQuery(
         [&types](DabroDatabaseClient &client, DXError *slot) { types = load(client, slot); },
-        details, &error, {.isUserQuery = DabroDatabaseConnectionPool::IsUserQuery::No});
+        details, &error,
+        {.allowPooled = isPooled ? Pooled::Yes : Pooled::No,
+         .isUserQuery = DabroDatabaseConnectionPool::IsUserQuery::No});
     if (error)
         DXLog(
             QStringLiteral("List_EnumDetails had no entries. Error: %1.").arg(error.description()));

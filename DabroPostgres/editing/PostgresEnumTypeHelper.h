@@ -25,8 +25,8 @@ public:
     static EnumTypes enumTypesForDatabaseConnection(const DabroDBC &details);
 
     enum class RequiresUpdate { No, Yes };
-    /// Loads in the background, unless there is a list and no update is required. Nothing when
-    /// details name no database. The selector is
+    /// Loads in the background, unless there is a list and no update is required; of many requests
+    /// two at a time for each server. Nothing when details name no database. The selector is
     /// `requestEnumTypesForDatabaseConnection:requiresUpdate:`.
     static void
     requestEnumTypesForDatabaseConnection(const DabroDBC &details,
@@ -43,4 +43,8 @@ public:
     /// description of the connection under connectionKey().
     static QString PostgresEnumTypeHelperNotificationName();
     static QString connectionKey();
+
+private:
+    static void loadAndStore(const DabroDBC &details, const EnumTypes &existingDetails,
+                             bool isPooled);
 };

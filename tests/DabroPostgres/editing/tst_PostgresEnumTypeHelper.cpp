@@ -139,6 +139,25 @@ TEST_F(PostgresEnumTypeHelperTest, asksAgainOnlyWhenItMust)
     EXPECT_EQ(cached(*details), QStringList(QStringLiteral("added=x")));
 }
 
+TEST_F(PostgresEnumTypeHelperTest, takesFewConnectionsForManyDatabases)
+{
+    const PostgresCluster &cluster = PostgresCluster::shared();
+    cluster.psql(QStringLiteral("CREATE ROLE modest LOGIN CONNECTION LIMIT 6"));
+    QList<std::shared_ptr<PostgresDatabaseConnectionDetails>> databases;
+    for (int number = 0; number < 12; ++number) {
+        const QString name = QStringLiteral("many_%1").arg(number);
+        cluster.createDatabase(name);
+        databases.append(login(QStringLiteral("modest"), name));
+    }
+    const Witness witness;
+    for (const auto &details : std::as_const(databases))
+        PostgresEnumTypeHelper::requestEnumTypesForDatabaseConnection(*details);
+    EXPECT_TRUE(DXWait::until([&] { return witness.news + witness.lines().size() == 12; }));
+    EXPECT_EQ(witness.lines(), QStringList());
+    for (const auto &details : std::as_const(databases))
+        EXPECT_EQ(cached(*details), QStringList());
+}
+
 TEST_F(PostgresEnumTypeHelperTest, keepsWhatItHasWhenItCannotLoad)
 {
     const auto details = login(QStringLiteral("reader"));
