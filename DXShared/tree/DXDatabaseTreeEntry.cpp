@@ -61,7 +61,14 @@ bool DXDatabaseTreeEntry::loadEntriesAsync(Reload reload)
 void DXDatabaseTreeEntry::load()
 {
     DXError error;
-    loadEntries(&error);
+    // What was added or removed while a load was on its way may be missing from its answer, or be
+    // in it still.
+    quint64 changes = 0;
+    do {
+        changes = m_changes;
+        error = {};
+        loadEntries(&error);
+    } while (!error && changes != m_changes);
     if (error) {
         const auto children = childEntries();
         if (!children || children->isEmpty())
@@ -120,6 +127,7 @@ void DXDatabaseTreeEntry::setChildEntries(const List &children)
 
 void DXDatabaseTreeEntry::changeChildEntries(const std::function<List(const List &)> &change)
 {
+    ++m_changes;
     while (const auto children = childEntries()) {
         std::shared_ptr<const List> swapped = std::make_shared<const List>(change(*children));
         const std::lock_guard lock(m_mutex);

@@ -137,7 +137,8 @@ protected:
     /// Replaces all children at once. [any]
     void setChildEntries(const List &children);
     /// Replaces the children by what change makes of them, and calls it again when they were
-    /// replaced meanwhile; nothing before the first load. [any]
+    /// replaced meanwhile; nothing before the first load. A load under way loads once more, since
+    /// its answer may be from before the change. [any]
     void changeChildEntries(const std::function<List(const List &children)> &change);
     /// Makes child one of ours: this node as its parent, the same delegate, and a copy of the
     /// connection details. [any]
@@ -169,5 +170,7 @@ private:
     std::shared_ptr<const List> m_children;
     QString m_details;
     std::atomic<bool> m_isLoading = false;
+    // How often the children were changed one by one.
+    std::atomic<quint64> m_changes = 0;
     DXSemaphore m_dataLoadSemaphore{1};
 };

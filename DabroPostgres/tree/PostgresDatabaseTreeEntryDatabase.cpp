@@ -63,8 +63,29 @@ void PostgresDatabaseTreeEntryDatabase::onToggleGroupBySchema()
                 static_cast<PostgresDatabaseTreeEntryDatabase &>(*entry).onToggleGroupBySchema();
         });
     } else if (const auto entry = self.lock()) {
-        entry->loadEntriesAsync(Reload::Force);
+        // The notification does not say whose setting changed.
+        if (showsOtherwiseThanSet())
+            entry->loadEntriesAsync(Reload::Force);
     }
+}
+
+// False for a node that nobody has opened: it takes no connection before it must.
+bool PostgresDatabaseTreeEntryDatabase::showsOtherwiseThanSet() const
+{
+    const auto details = databaseConnectionDetails();
+    if (!details)
+        return false;
+    const bool isGrouped = PostgresConnectionHelper::sharedInstance().groupBySchemaForDBC(*details);
+    const std::lock_guard lock(m_mutex);
+    return m_isGrouped && *m_isGrouped != isGrouped;
+}
+
+quint64 PostgresDatabaseTreeEntryDatabase::beginRequest(bool isGrouped)
+{
+    const std::lock_guard lock(m_mutex);
+    m_isGrouped = isGrouped;
+    m_loads += isGrouped ? 0 : 1;
+    return ++m_lastRequest;
 }
 
 bool PostgresDatabaseTreeEntryDatabase::loadEntriesAsync(Reload reload)
@@ -87,24 +108,14 @@ void PostgresDatabaseTreeEntryDatabase::loadSections()
     const List sections = PostgresObjectSections(QString());
     for (const auto &section : sections)
         adoptChild(*section);
-    quint64 request = 0;
-    {
-        const std::lock_guard lock(m_mutex);
-        request = ++m_lastRequest;
-    }
-    replaceChildren(request, sections);
+    replaceChildren(beginRequest(true), sections);
     if (const auto told = delegate())
         told->databaseTreeEntryDidFinishLoading(*this);
 }
 
 void PostgresDatabaseTreeEntryDatabase::loadSchemasAsync()
 {
-    quint64 request = 0;
-    {
-        const std::lock_guard lock(m_mutex);
-        request = ++m_lastRequest;
-        ++m_loads;
-    }
+    const quint64 request = beginRequest(false);
     setIsLoadingAsync(true);
     if (const auto told = delegate())
         told->databaseTreeEntryDidBeginLoading(*this);

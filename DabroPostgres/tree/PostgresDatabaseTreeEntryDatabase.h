@@ -5,6 +5,8 @@
 #include "tree/DXDatabaseTreeEntry.h"
 #include "tree/PostgresSearchIndex.h"
 
+#include <optional>
+
 /// A database: either its six sections over all schemas or its schemas with theirs, as the
 /// connection is set; it follows the setting.
 class PostgresDatabaseTreeEntryDatabase final : public DXDatabaseTreeEntry
@@ -36,6 +38,8 @@ public:
 
 private:
     void onToggleGroupBySchema();
+    bool showsOtherwiseThanSet() const;
+    quint64 beginRequest(bool isGrouped);
     void loadSections();
     void loadSchemasAsync();
     /// The selector is `loadSchemas:withError:`. *Slot decides*: what came before a failure is
@@ -50,6 +54,8 @@ private:
     QString m_databaseName;
     mutable std::mutex m_mutex;
     std::shared_ptr<const PostgresSearchIndex> m_searchResults;
+    // How the last request for children grouped; nothing before the first.
+    std::optional<bool> m_isGrouped;
     // The last request for children, and the one whose answer is shown.
     quint64 m_lastRequest = 0;
     quint64 m_shownRequest = 0;

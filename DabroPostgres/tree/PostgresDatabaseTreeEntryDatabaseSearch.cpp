@@ -146,6 +146,8 @@ PostgresDatabaseTreeEntryDatabase::makeHit(const Entry &entry) const
                                                       .schema = entry.schema,
                                                       .defaultSchema = entry.defaultSchema,
                                                       .displaySchema = 1});
+        // Tells overloads apart, as below "Functions".
+        function->setDetails(entry.details);
         return function;
     }
     const bool isView = isType(entry, "VIEW");

@@ -21,6 +21,16 @@
 #include <algorithm>
 #include <utility>
 
+namespace
+{
+
+QString failedVersion()
+{
+    return QStringLiteral("Failed to load version");
+}
+
+} // namespace
+
 PostgresDatabaseTreeEntryServer::PostgresDatabaseTreeEntryServer()
     : m_canRefresh(true)
 {
@@ -97,6 +107,8 @@ void PostgresDatabaseTreeEntryServer::loadEntries(DXError *error)
     // A database that cannot be opened is shown all the same, unless nothing of the server can.
     if (!failure || (!isListed && canReachServer()))
         showDatabases(isListed ? names : QStringList{details->database()});
+    else
+        setDetails(failedVersion());
     PostgresTreeQuery::reportFailure(failure, QStringLiteral("postgres.databaseTree.loadDatabases"),
                                      query, error);
 }
@@ -110,7 +122,7 @@ void PostgresDatabaseTreeEntryServer::readVersion(DabroDatabaseClient &client)
         [this](const DatabaseResultSet &row) { setDetails(row.stringForColumnIndex(0).toText()); },
         &failure);
     if (failure)
-        setDetails(QStringLiteral("Failed to load version"));
+        setDetails(failedVersion());
 }
 
 // Asked of the database that the server itself would choose.
@@ -165,10 +177,16 @@ void PostgresDatabaseTreeEntryServer::didLoadEntries()
 
 void PostgresDatabaseTreeEntryServer::refreshSearch()
 {
-    if (!m_searchLoadSemaphore.tryWait())
+    // A load that ends while another's refresh is under way starts none of its own: its databases
+    // are refreshed by the one that is.
+    std::shared_ptr<const List> searched;
+    while (searched != childEntries() && m_searchLoadSemaphore.tryWait()) {
+        searched = childEntries();
+        updateSearchEntries(searched, nullptr);
+        m_searchLoadSemaphore.signal();
+    }
+    if (!searched)
         return;
-    updateSearchEntries(childEntries(), nullptr);
-    m_searchLoadSemaphore.signal();
     // Behind what the databases have queued for that thread.
     DXDispatch::main([self = shared_from_this()] {
         if (const auto told = self->delegate())

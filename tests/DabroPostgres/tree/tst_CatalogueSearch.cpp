@@ -79,7 +79,7 @@ TEST(CatalogueSearch, CopiesWhatMatchesInEachDatabase)
             continue;
         EXPECT_EQ(CatalogueTree::text(database),
                   u"search_one  [Database]\n  crm.Orders  [Table]\n  public.order_view  [View]\n"
-                  "  public.reorder  [StoredProcedure]\n"_qs);
+                  "  public.reorder  a integer  [StoredProcedure]\n"_qs);
         const auto table = database->childEntries()->front();
         EXPECT_EQ(table->parent(), database);
         tree.load(table);

@@ -150,6 +150,10 @@ TEST_F(CatalogueTreeLoads, OutlivesAServerThatIsKilledUnderIt)
     }));
     own.killHard();
     EXPECT_TRUE(DXWait::until([&tables] { return !tables->isLoadingAsync(); }));
+    CatalogueTree late(ServerAccess::record(own));
+    late.load(late.root());
+    EXPECT_EQ(imagesBelow(*late.root()), u"Error"_qs);
+    EXPECT_EQ(late.root()->serverVersion(), u"Failed to load version"_qs);
     EXPECT_EQ(imagesBelow(*tables), u"Error"_qs);
     tree.reload(views);
     EXPECT_EQ(imagesBelow(*views), u"Error"_qs);
@@ -254,6 +258,12 @@ TEST_F(CatalogueTreeLoads, FollowsTheGroupingFromAnyThread)
     const auto details = recordOfNew(u"grouping"_qs, u"CREATE SCHEMA \"Z\"; CREATE SCHEMA a"_qs);
     CatalogueTree tree(details);
     const auto database = tree.node({u"grouping"_qs});
+    CatalogueTree unopened(details);
+    const auto closed = unopened.node({u"grouping"_qs});
+    CatalogueTree other(record(u"postgres"_qs));
+    const auto unconcerned = other.node({u"postgres"_qs});
+    other.load(unconcerned);
+    const auto shown = unconcerned->childEntries();
     const QStringList sections = {u"Tables"_qs,    u"Views"_qs, u"Materialized Views"_qs,
                                   u"Functions"_qs, u"Types"_qs, u"Sequences"_qs};
     EXPECT_FALSE(database->loadEntriesAsync(Reload::IfNeeded)) << "made at once";
@@ -263,6 +273,8 @@ TEST_F(CatalogueTreeLoads, FollowsTheGroupingFromAnyThread)
     EXPECT_THAT(CatalogueTree::namesBelow(database),
                 UnorderedElementsAre(u"a"_qs, u"public"_qs, u"Z"_qs));
     EXPECT_FALSE(database->isLoadingAsync());
+    EXPECT_FALSE(closed->isLoadingAsync() || closed->childEntries()) << "nobody has opened it";
+    EXPECT_EQ(unconcerned->childEntries(), shown) << "not its connection's setting";
 
     const auto schema = tree.node({u"grouping"_qs, u"Z"_qs});
     tree.load(schema);
@@ -283,6 +295,61 @@ TEST_F(CatalogueTreeLoads, FollowsTheGroupingFromAnyThread)
     EXPECT_FALSE(unused.loadEntriesAsync(Reload::IfNeeded));
     EXPECT_TRUE(unused.loadEntriesAsync(Reload::IfNeeded));
     EXPECT_FALSE(unused.childEntries());
+}
+
+// A load whose answer is from before a change does not have the last word.
+TEST_F(CatalogueTreeLoads, LoadsAgainWhatChangedMeanwhile)
+{
+    const auto details =
+        recordOfNew(u"meanwhile"_qs, u"CREATE ROLE repeating LOGIN; ALTER ROLE repeating SET "
+                                     "default_transaction_isolation = 'repeatable read';"
+                                     "CREATE TABLE dropped ()"_qs);
+    // Its statements see what was there before they began to wait.
+    details->setUsername(u"repeating"_qs);
+    details->setConnectionId(u"meanwhile"_qs);
+    CatalogueTree tree(details);
+    const auto tables = tree.node({u"meanwhile"_qs, u"Tables"_qs});
+    tree.load(tables);
+    const auto locker = ServerAccess::connected(record(u"meanwhile"_qs));
+    EXPECT_FALSE(ServerAccess::errorOf(
+        *locker, u"BEGIN; LOCK TABLE pg_catalog.pg_depend IN ACCESS EXCLUSIVE MODE"_qs));
+    EXPECT_TRUE(tables->loadEntriesAsync(Reload::Force));
+    EXPECT_TRUE(DXWait::until([] {
+        return cluster()
+                   .psql(u"SELECT count(*) FROM pg_stat_activity WHERE wait_event_type = 'Lock' "
+                         "AND usename = 'repeating'"_qs)
+                   .trimmed()
+               == u"1"_qs;
+    }));
+    EXPECT_FALSE(ServerAccess::errorOf(*locker, u"DROP TABLE dropped; CREATE TABLE added ()"_qs));
+    tables->removeChild(*tables->childEntries()->at(0));
+    DXDatabaseNotificationTable{
+        .dbDetails = details, .tableName = u"added"_qs, .tableSchema = u"public"_qs}
+        .post(DXDatabaseNotificationTable::TableAddedNotificationName());
+    EXPECT_FALSE(ServerAccess::errorOf(*locker, u"COMMIT"_qs));
+    EXPECT_TRUE(DXWait::until([&tables] { return !tables->isLoadingAsync(); }));
+    EXPECT_EQ(CatalogueTree::namesBelow(tables), QStringList(u"added"_qs));
+}
+
+TEST_F(CatalogueTreeLoads, AsksOldServersInTheirWords)
+{
+    const auto details = recordOfNew(
+        u"old"_qs,
+        u"CREATE SCHEMA evil; GRANT USAGE ON SCHEMA evil TO PUBLIC; CREATE FUNCTION evil.version()"
+        " RETURNS text LANGUAGE sql AS $$SELECT 'PostgreSQL 8.3.23'$$;"
+        "CREATE ROLE elder LOGIN; ALTER ROLE elder SET search_path TO evil, pg_catalog;"
+        "CREATE FUNCTION f(named int) RETURNS int LANGUAGE sql AS 'SELECT 1'"_qs);
+    const auto f = [](CatalogueTree &tree) {
+        return tree.node({u"old"_qs, u"Functions"_qs, u"public.f"_qs})->details();
+    };
+    details->setUsername(u"elder"_qs);
+    CatalogueTree old(details);
+    EXPECT_EQ(f(old), u"integer"_qs);
+    old.awaitSearch();
+    const auto hits = old.root()->copyWithSearchResults(u"f"_qs);
+    ASSERT_TRUE(hits);
+    EXPECT_EQ(CatalogueTree::text(hits).section(u'\n', 1),
+              u"  old  [Database]\n    public.f  integer  [StoredProcedure]\n"_qs);
 }
 
 TEST_F(CatalogueTreeLoads, FollowsTablesThatTheProgramMakes)
