@@ -10,6 +10,7 @@
 #include "driver/PostgresSystemDatabaseQueries.h"
 #include "support/PostgresCluster.h"
 #include "tree/objects/PostgresDatabaseTreeEntryDatabaseTable.h"
+#include "tree/sections/PostgresDatabaseTreeEntrySectionStoredProcedures.h"
 #include "tree/sections/PostgresDatabaseTreeEntrySectionTables.h"
 
 #include <QFile>
@@ -146,73 +147,145 @@ void compare(const Load &load, PGconn *connection, const std::shared_ptr<DabroDB
     std::printf("\n");
 }
 
-void compareAll(const PostgresCluster &cluster)
+struct Server
 {
-    auto details = std::make_shared<PostgresDatabaseConnectionDetails>();
-    details->setHost(cluster.socketFolder());
-    details->setPort(cluster.port());
-    details->setUsername(PostgresCluster::superuser());
-    details->setDatabase(QStringLiteral("postgres"));
-    const QByteArray parameters = QStringLiteral("host='%1' port=%2 user=%3 dbname=postgres")
-                                      .arg(cluster.socketFolder())
-                                      .arg(cluster.port())
-                                      .arg(PostgresCluster::superuser())
-                                      .toUtf8();
-    PGconn *const connection = PQconnectdb(parameters.constData());
-    if (PQstatus(connection) != CONNECTION_OK)
-        stop("connecting", PQerrorMessage(connection));
+    QString socketFolder;
+    quint16 port;
 
+    std::shared_ptr<DabroDBC> details() const
+    {
+        auto details = std::make_shared<PostgresDatabaseConnectionDetails>();
+        details->setHost(socketFolder);
+        details->setPort(port);
+        details->setUsername(PostgresCluster::superuser());
+        details->setDatabase(QStringLiteral("postgres"));
+        return details;
+    }
+    PGconn *connect() const
+    {
+        const QByteArray parameters = QStringLiteral("host='%1' port=%2 user=%3 dbname=postgres")
+                                          .arg(socketFolder)
+                                          .arg(port)
+                                          .arg(PostgresCluster::superuser())
+                                          .toUtf8();
+        PGconn *const connection = PQconnectdb(parameters.constData());
+        if (PQstatus(connection) != CONNECTION_OK)
+            stop("connecting", PQerrorMessage(connection));
+        return connection;
+    }
+};
+
+std::vector<Load> loads()
+{
     const QString clause = QStringLiteral("{SCHEMA_CLAUSE}");
     const QString schema = QStringLiteral("{TABLE_SCHEMA}");
     const QString area = QStringLiteral("area_7");
     const QString table = QStringLiteral("orders_of_region_500");
-    const std::initializer_list<Load> loads{
-        {"all tables",
+    using Tables = PostgresDatabaseTreeEntrySectionTables;
+    using Functions = PostgresDatabaseTreeEntrySectionStoredProcedures;
+    using Table = PostgresDatabaseTreeEntryDatabaseTable;
+    return {
+        {"all-tables",
          "Postgres_ListDatabaseTables",
          {{clause, QString()}},
-         [] { return std::make_shared<PostgresDatabaseTreeEntrySectionTables>(QString()); }},
-        {"one schema's tables",
+         [] { return std::make_shared<Tables>(QString()); }},
+        {"schemas-tables",
          "Postgres_ListDatabaseTables",
          {{clause, QStringLiteral("AND table_schema = '%1'").arg(area)}},
-         [area] { return std::make_shared<PostgresDatabaseTreeEntrySectionTables>(area); }},
-        {"one table's columns",
+         [area] { return std::make_shared<Tables>(area); }},
+        {"columns",
          "Postgres_ListColumnsInTable",
          {{schema, area}, {QStringLiteral("{TABLE_NAME}"), table}},
          [=] {
-             using Table = PostgresDatabaseTreeEntryDatabaseTable;
              return std::make_shared<Table>(Table::Init{.schema = area,
                                                         .tableName = table,
                                                         .defaultSchema = QStringLiteral("public"),
                                                         .displaySchema = -1});
          }},
-        {"all functions", "List_StoredProceduresInDatabase_NonSystem", {{clause, QString()}}, {}},
-        {"search refresh", "List_SearchableDatabaseEntries", {}, {}},
+        {"functions",
+         "List_StoredProceduresInDatabase_NonSystem",
+         {{clause, QString()}},
+         [] { return std::make_shared<Functions>(QString()); }},
+        {"search", "List_SearchableDatabaseEntries", {}, {}},
         {"autocomplete", "List_EntriesForAutocomplete", {{schema, QStringLiteral("postgres")}}, {}},
-        {"tables for export", "Postgres_TablesForExport", {}, {}},
+        {"export", "Postgres_TablesForExport", {}, {}},
     };
-    for (const Load &load : loads)
+}
+
+void compareAll(const Server &server)
+{
+    PGconn *const connection = server.connect();
+    const auto details = server.details();
+    for (const Load &load : loads())
         compare(load, connection, details);
     PQfinish(connection);
 }
 
-} // namespace
-
-int main()
+// For counting instructions: one load in one way, over and over.
+void repeat(const QString &way, const QString &name, int times, const Server &server)
 {
-    // Loads refuse the main thread, which is the first that asks.
-    DXDispatch::isMainThread();
-    const PostgresCluster cluster(
-        {.configuration = {QStringLiteral("max_locks_per_transaction = 1000")}});
-    QFile objects(QStringLiteral(DX_BENCH_FOLDER "/catalogue.sql"));
-    if (!objects.open(QFile::ReadOnly))
-        stop("reading", "catalogue.sql");
-    cluster.psql(QString::fromUtf8(objects.readAll()));
+    const auto all = loads();
+    const auto load = std::find_if(
+        all.begin(), all.end(), [&](const Load &each) { return name == QLatin1String(each.name); });
+    if (load == all.end())
+        stop("there is no such load", qPrintable(name));
+    PGconn *const connection = server.connect();
+    const auto details = server.details();
+    const QString query = queryOf(*load);
+    for (int time = 0; time < times; ++time) {
+        if (way == QLatin1String("bare"))
+            readBare(connection, query.toUtf8());
+        else if (way == QLatin1String("node") && load->makeNode)
+            loadNode(*load->makeNode(), details);
+        else
+            readThroughDriver(*details, query);
+    }
+    PQfinish(connection);
+}
+
+void inBackground(const std::function<void()> &work)
+{
     std::promise<void> done;
     DXDispatch::background([&] {
-        compareAll(cluster);
+        work();
         done.set_value();
     });
     done.get_future().wait();
+}
+
+} // namespace
+
+// Without arguments: compares. "serve" keeps a server with the catalogue until a line is read; with
+// its socket folder and port: compares there; with "bare", "driver" or "node", the name of a load
+// and a number in front of them: loads so often in that way.
+int main(int argc, char **argv)
+{
+    // Loads refuse the main thread, which is the first that asks.
+    DXDispatch::isMainThread();
+    const auto argument = [&](int index) { return QString::fromLocal8Bit(argv[index]); };
+    if (argc >= 3) {
+        const Server server{argument(argc - 2), argument(argc - 1).toUShort()};
+        inBackground([&] {
+            if (argc == 6)
+                repeat(argument(1), argument(2), argument(3).toInt(), server);
+            else
+                compareAll(server);
+        });
+    } else {
+        const PostgresCluster cluster(
+            {.configuration = {QStringLiteral("max_locks_per_transaction = 1000")}});
+        QFile objects(QStringLiteral(DX_BENCH_FOLDER "/catalogue.sql"));
+        if (!objects.open(QFile::ReadOnly))
+            stop("reading", "catalogue.sql");
+        cluster.psql(QString::fromUtf8(objects.readAll()));
+        if (argc == 1) {
+            inBackground([&] { compareAll({cluster.socketFolder(), cluster.port()}); });
+        } else {
+            std::printf("%s %d\n", qPrintable(cluster.socketFolder()), cluster.port());
+            std::fflush(stdout);
+            std::getchar();
+        }
+    }
     DXDispatch::shutdown();
     return 0;
 }
