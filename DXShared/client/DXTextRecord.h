@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+/// An editor's text as a journal keeps it.
+struct DXTextRecord
+{
+    /// Names the text; unique, and the same for as long as its editor is open.
+    QString id = {};
+    QString title = {};
+    /// The file that the editor shows; null for one that was never saved.
+    QString filePath = {};
+    /// The saved connection of the editor; null for none.
+    QString connectionId = {};
+    QString text = {};
+    qsizetype caret = 0;
+    /// Whether the text differs from the file.
+    bool isModified = false;
+    /// Where the editor stands among the others; records come back in this order.
+    qint32 order = 0;
+
+    friend bool operator==(const DXTextRecord &, const DXTextRecord &) = default;
+};
