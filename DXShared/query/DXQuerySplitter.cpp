@@ -2,29 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "query/DXQuerySplitter.h"
 
+#include "query/SQLStatementReader.h"
 #include "query/SQLTokenizer.h"
 
 #include <QStringView>
 
 #include <algorithm>
-#include <utility>
 
 namespace
 {
-
-// Whether word is keyWord, which is given in small letters.
-bool isKeyWord(QStringView word, QLatin1String keyWord)
-{
-    const auto matches = [](QChar c, char letter) { return (c.unicode() | 0x20) == letter; };
-    return word.size() == keyWord.size()
-           && std::equal(word.begin(), word.end(), keyWord.begin(), matches);
-}
-
-bool isRoutine(QStringView word)
-{
-    return isKeyWord(word, QLatin1String("function"))
-           || isKeyWord(word, QLatin1String("procedure"));
-}
 
 bool isSemicolon(SQLToken::Kind kind, QStringView text)
 {
@@ -44,96 +30,6 @@ qsizetype lineFeedsIn(QStringView text)
         text = text.sliced(block);
     }
     return count + std::count(text.begin(), text.end(), u'\n');
-}
-
-// Follows a statement to its semicolon.
-class StatementReader final
-{
-public:
-    // Takes the next token that is neither blank nor comment, which stands in the text as `text`.
-    // True when it ends the statement.
-    bool takeEnds(SQLToken::Kind kind, QStringView text);
-
-private:
-    // How much of CREATE [OR REPLACE] FUNCTION … BEGIN ATOMIC … END has been read.
-    enum class Stage { Start, Create, Or, Replace, Routine, Begin, Body, OtherStatement };
-
-    void takeWord(QStringView word);
-    Stage stageAfter(QStringView word);
-    Stage stageInBodyAfter(QStringView word);
-
-    Stage m_stage = Stage::Start;
-    // What is open: parentheses, and CASE expressions in the body.
-    qsizetype m_parentheses = 0;
-    qsizetype m_cases = 0;
-    // A column may be called "end" behind a point or AS.
-    bool m_nameFollows = false;
-};
-
-bool StatementReader::takeEnds(SQLToken::Kind kind, QStringView text)
-{
-    if (kind == SQLToken::Kind::Word) {
-        takeWord(text);
-        return false;
-    }
-    const QChar c = kind == SQLToken::Kind::Punctuation ? text.front() : QChar();
-    if (c == u';' && m_parentheses == 0 && m_stage != Stage::Body)
-        return true;
-    if (c == u'(')
-        ++m_parentheses;
-    else if (c == u')' && m_parentheses > 0)
-        --m_parentheses;
-    m_nameFollows = c == u'.';
-    if (m_stage < Stage::Routine)
-        m_stage = Stage::OtherStatement;
-    else if (m_stage == Stage::Begin)
-        m_stage = Stage::Routine;
-    return false;
-}
-
-void StatementReader::takeWord(QStringView word)
-{
-    const bool isName = std::exchange(m_nameFollows, false);
-    if (m_stage != Stage::OtherStatement && m_parentheses == 0 && !isName)
-        m_stage = stageAfter(word);
-}
-
-StatementReader::Stage StatementReader::stageAfter(QStringView word)
-{
-    switch (m_stage) {
-    case Stage::Start:
-        return isKeyWord(word, QLatin1String("create")) ? Stage::Create : Stage::OtherStatement;
-    case Stage::Create:
-        if (isKeyWord(word, QLatin1String("or")))
-            return Stage::Or;
-        return isRoutine(word) ? Stage::Routine : Stage::OtherStatement;
-    case Stage::Or:
-        return isKeyWord(word, QLatin1String("replace")) ? Stage::Replace : Stage::OtherStatement;
-    case Stage::Replace:
-        return isRoutine(word) ? Stage::Routine : Stage::OtherStatement;
-    case Stage::Begin:
-        if (isKeyWord(word, QLatin1String("atomic")))
-            return Stage::Body;
-        [[fallthrough]];
-    case Stage::Routine:
-        return isKeyWord(word, QLatin1String("begin")) ? Stage::Begin : Stage::Routine;
-    case Stage::Body:
-        return stageInBodyAfter(word);
-    case Stage::OtherStatement:
-        break;
-    }
-    return Stage::OtherStatement;
-}
-
-StatementReader::Stage StatementReader::stageInBodyAfter(QStringView word)
-{
-    if (isKeyWord(word, QLatin1String("case")))
-        ++m_cases;
-    else if (isKeyWord(word, QLatin1String("end")) && --m_cases < 0)
-        return Stage::Routine;
-    else
-        m_nameFollows = isKeyWord(word, QLatin1String("as"));
-    return Stage::Body;
 }
 
 // Decides what stands between two statements, and to which of them it belongs.
@@ -193,7 +89,7 @@ DXQuerySplitter::DXQuerySplitter(const SQLMetadataTokenizerOptions &options)
 QList<DXQueryDetails> DXQuerySplitter::split(const QString &text) const
 {
     Cutter cutter(text);
-    StatementReader reader;
+    SQLStatementReader reader;
     Gap gap;
     bool isBetween = true;
     // Where the statement before the gap ends with all that belongs to it; 0 before the first.

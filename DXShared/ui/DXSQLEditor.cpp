@@ -2,52 +2,72 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/DXSQLEditor.h"
 
+#include "ui/DXSQLBrackets.h"
+#include "ui/DXSQLEditorActions.h"
+#include "ui/DXSQLStyler.h"
+#include "ui/DXSQLTyping.h"
 #include "ui/DXTheme.h"
+
+#include <Qsci/qscicommandset.h>
 
 #include <QEvent>
 #include <QFontDatabase>
+#include <QKeyEvent>
 
 #include <algorithm>
+#include <array>
 
 namespace
 {
 
-enum Style {
-    DefaultStyle,
-    KeywordStyle,
-    StringStyle,
-    CommentStyle,
-    NumberStyle,
-    QuotedNameStyle,
-    OperatorStyle,
-};
-
-enum Indicator {
-    ErrorIndicator = QsciScintillaBase::INDIC_CONTAINER,
-    RunningIndicator,
-};
-
 constexpr QLatin1String comment("-- ");
-// Bytes between the brackets and the caret that are searched for the other one.
+// Between the line numbers' margin and the text.
 constexpr int textMargin = 8;
-
-/// Scintilla takes colours as blue, green and red.
-long scintillaColor(const QColor &color)
-{
-    return color.red() | color.green() << 8 | color.blue() << 16;
-}
+constexpr int numberMargin = 0;
+constexpr int foldMargin = 1;
+constexpr int foldMarginWidth = 14;
+constexpr int codeUnits = QsciScintillaBase::SC_LINECHARACTERINDEX_UTF16;
+// What surroundings() looks at at most.
+constexpr int linesAround = 2000;
+constexpr long bytesAround = 200'000;
 
 } // namespace
 
 DXSQLEditor::DXSQLEditor(const Init &init, QWidget *parent)
     : QsciScintilla(parent)
-    , m_options(init.options)
     , m_splitter(init.options)
+    , m_styler(std::make_unique<DXSQLStyler>(
+          DXSQLStyler::Init{.view = *this, .options = init.options, .keywords = init.keywords}))
+    , m_brackets(std::make_unique<DXSQLBrackets>(init.options, *m_styler))
+    , m_typing(std::make_unique<DXSQLTyping>(DXSQLTyping::Init{
+          .editor = *this, .options = init.options, .styler = *m_styler, .brackets = *m_brackets}))
 {
-    m_keywords.reserve(init.keywords.size());
-    for (const QString &keyword : init.keywords)
-        m_keywords.insert(keyword.toUpper());
+    setUpView();
+    setUpFolding();
+    freeKeys();
+    DXSQLEditorActions::addTo(*this);
+    applyTheme(DXTheme::of(palette()));
 
+    connect(this, &QsciScintillaBase::SCN_STYLENEEDED, this,
+            [this](int position) { m_styler->styleUpTo(position); });
+    connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
+            [this](int position, int kind, const char *, int, int linesAdded, int, int, int, int,
+                   int) { modified(position, kind, linesAdded); });
+    connect(this, &QsciScintillaBase::SCN_CHARADDED, this,
+            [this](int character) { m_typing->added(character); });
+    connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int what) {
+        if (what & (SC_UPDATE_SELECTION | SC_UPDATE_CONTENT))
+            matchBrackets();
+    });
+    connect(this, &QsciScintillaBase::SCN_ZOOM, this, &DXSQLEditor::showLineNumbers);
+    connect(this, &QsciScintilla::linesChanged, this, &DXSQLEditor::showLineNumbers);
+    showLineNumbers();
+}
+
+DXSQLEditor::~DXSQLEditor() = default;
+
+void DXSQLEditor::setUpView()
+{
     setUtf8(true);
     setEolMode(EolUnix);
     setFrameShape(QFrame::NoFrame);
@@ -56,32 +76,72 @@ DXSQLEditor::DXSQLEditor(const Init &init, QWidget *parent)
     setIndentationsUseTabs(false);
     setIndentationWidth(4);
     setTabWidth(4);
-    setAutoIndent(true);
     setBackspaceUnindents(true);
-    setBraceMatching(SloppyBraceMatch);
-    setMarginType(0, NumberMargin);
-    setMarginWidth(1, 0);
+    setMarginType(numberMargin, NumberMargin);
     setCaretLineVisible(true);
     setScrollWidth(1);
     setScrollWidthTracking(true);
+    SendScintilla(SCI_SETMODEVENTMASK, long(SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT));
+    SendScintilla(SCI_ALLOCATELINECHARACTERINDEX, long(codeUnits));
     SendScintilla(SCI_SETMULTIPLESELECTION, 1L);
     SendScintilla(SCI_SETADDITIONALSELECTIONTYPING, 1L);
+    SendScintilla(SCI_SETMOUSESELECTIONRECTANGULARSWITCH, 1L);
     SendScintilla(SCI_SETMULTIPASTE, long(SC_MULTIPASTE_EACH));
     SendScintilla(SCI_SETVIRTUALSPACEOPTIONS, long(SCVS_RECTANGULARSELECTION));
     SendScintilla(SCI_SETMARGINLEFT, 0L, long(textMargin));
     SendScintilla(SCI_INDICSETSTYLE, long(ErrorIndicator), long(INDIC_SQUIGGLE));
     SendScintilla(SCI_INDICSETSTYLE, long(RunningIndicator), long(INDIC_FULLBOX));
     SendScintilla(SCI_INDICSETUNDER, long(RunningIndicator), 1L);
-    applyTheme(DXTheme::of(palette()));
+    SendScintilla(SCI_INDICSETSTYLE, long(AutoClosedIndicator), long(INDIC_HIDDEN));
+}
 
-    connect(this, &QsciScintillaBase::SCN_STYLENEEDED, this, &DXSQLEditor::styleUpTo);
-    connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
-            [this](int position, int kind, const char *, int, int linesAdded, int, int, int, int,
-                   int) { modified(position, kind, linesAdded); });
-    connect(this, &QsciScintilla::linesChanged, this, [this] {
-        setMarginWidth(0, QString(std::max(3, int(QString::number(lines()).size())) + 1, u'9'));
+void DXSQLEditor::setUpFolding()
+{
+    setMarginType(foldMargin, SymbolMargin);
+    setMarginWidth(foldMargin, foldMarginWidth);
+    setMarginSensitivity(foldMargin, true);
+    setMarginMarkerMask(foldMargin, static_cast<int>(SC_MASK_FOLDERS));
+    for (const int marker : {SC_MARKNUM_FOLDERSUB, SC_MARKNUM_FOLDERTAIL, SC_MARKNUM_FOLDERMIDTAIL})
+        SendScintilla(SCI_MARKERDEFINE, static_cast<unsigned long>(marker), long(SC_MARK_EMPTY));
+    for (const int marker : {SC_MARKNUM_FOLDER, SC_MARKNUM_FOLDEREND})
+        SendScintilla(SCI_MARKERDEFINE, static_cast<unsigned long>(marker), long(SC_MARK_ARROW));
+    for (const int marker : {SC_MARKNUM_FOLDEROPEN, SC_MARKNUM_FOLDEROPENMID})
+        SendScintilla(SCI_MARKERDEFINE, static_cast<unsigned long>(marker),
+                      long(SC_MARK_ARROWDOWN));
+    SendScintilla(SCI_SETAUTOMATICFOLD, long(SC_AUTOMATICFOLD_SHOW | SC_AUTOMATICFOLD_CHANGE));
+    SendScintilla(SCI_FOLDDISPLAYTEXTSETSTYLE, long(SC_FOLDDISPLAYTEXT_BOXED));
+    connect(this, &QsciScintilla::marginClicked, this, [this](int margin, int line) {
+        if (margin == foldMargin)
+            toggleFold(line);
     });
-    setMarginWidth(0, QStringLiteral("9999"));
+}
+
+// Scintilla binds letters with Ctrl to commands of its own, and would keep them from the window.
+void DXSQLEditor::freeKeys()
+{
+    using Command = QsciCommand;
+    const std::array kept = {Command::SelectionCut, Command::SelectionCopy, Command::Paste,
+                             Command::SelectAll, Command::Undo};
+    const auto isPrintable = [](int key) {
+        const int bare = key & ~static_cast<int>(Qt::KeyboardModifierMask);
+        return (key & static_cast<int>(Qt::CTRL | Qt::ALT)) != 0 && bare < Qt::Key_Escape;
+    };
+    for (Command *command : standardCommands()->commands()) {
+        if (std::find(kept.begin(), kept.end(), command->command()) != kept.end())
+            continue;
+        if (isPrintable(command->key()))
+            command->setKey(0);
+        if (isPrintable(command->alternateKey()))
+            command->setAlternateKey(0);
+        if (command->command() == Command::Redo)
+            command->setKey(int(Qt::CTRL) | int(Qt::SHIFT) | int(Qt::Key_Z));
+    }
+}
+
+void DXSQLEditor::showLineNumbers()
+{
+    const auto digits = std::max<qsizetype>(3, QString::number(lines()).size());
+    setMarginWidth(numberMargin, QString(digits + 1, u'9'));
 }
 
 void DXSQLEditor::changeEvent(QEvent *event)
@@ -91,37 +151,42 @@ void DXSQLEditor::changeEvent(QEvent *event)
         applyTheme(DXTheme::of(palette()));
 }
 
+void DXSQLEditor::keyPressEvent(QKeyEvent *event)
+{
+    if (isReadOnly() || !m_typing->takesKey(*event))
+        QsciScintilla::keyPressEvent(event);
+}
+
 void DXSQLEditor::applyTheme(const DXTheme &theme)
 {
     setPaper(theme.surface);
     setColor(theme.text);
-    for (const auto &[style, color] : std::initializer_list<std::pair<int, QColor>>{
-             {DefaultStyle, theme.text},
-             {KeywordStyle, theme.accent},
-             {StringStyle, theme.success},
-             {CommentStyle, theme.secondaryText},
-             {NumberStyle, theme.warning},
-             {QuotedNameStyle, theme.text},
-             {OperatorStyle, theme.secondaryText},
-         }) {
-        SendScintilla(SCI_STYLESETFORE, long(style), scintillaColor(color));
-        SendScintilla(SCI_STYLESETBACK, long(style), scintillaColor(theme.surface));
-        SendScintilla(SCI_STYLESETBOLD, long(style), long(style == KeywordStyle));
-        SendScintilla(SCI_STYLESETITALIC, long(style), long(style == CommentStyle));
-    }
+    m_styler->applyTheme(theme);
     setMarginsBackgroundColor(theme.surface);
     setMarginsForegroundColor(theme.null);
     setMarginsFont(font());
+    setFoldMarginColors(theme.surface, theme.surface);
+    for (const int marker : {SC_MARKNUM_FOLDER, SC_MARKNUM_FOLDEREND, SC_MARKNUM_FOLDEROPEN,
+                             SC_MARKNUM_FOLDEROPENMID}) {
+        setMarkerForegroundColor(theme.null, marker);
+        setMarkerBackgroundColor(theme.null, marker);
+    }
+    SendScintilla(SCI_STYLESETFORE, static_cast<unsigned long>(STYLE_FOLDDISPLAYTEXT),
+                  theme.secondaryText);
+    SendScintilla(SCI_STYLESETBACK, static_cast<unsigned long>(STYLE_FOLDDISPLAYTEXT),
+                  theme.alternateRow);
     setCaretForegroundColor(theme.text);
+    SendScintilla(SCI_SETADDITIONALCARETFORE, theme.accent);
     setCaretLineBackgroundColor(theme.alternateRow);
     setSelectionBackgroundColor(theme.selection);
     resetSelectionForegroundColor();
+    SendScintilla(SCI_SETADDITIONALSELBACK, theme.selection);
     setMatchedBraceBackgroundColor(theme.selection);
     setMatchedBraceForegroundColor(theme.text);
     setUnmatchedBraceBackgroundColor(theme.surface);
     setUnmatchedBraceForegroundColor(theme.danger);
-    SendScintilla(SCI_INDICSETFORE, long(ErrorIndicator), scintillaColor(theme.danger));
-    SendScintilla(SCI_INDICSETFORE, long(RunningIndicator), scintillaColor(theme.accent));
+    setIndicatorForegroundColor(theme.danger, ErrorIndicator);
+    setIndicatorForegroundColor(theme.accent, RunningIndicator);
     SendScintilla(SCI_INDICSETALPHA, long(RunningIndicator), 24L);
     SendScintilla(SCI_INDICSETOUTLINEALPHA, long(RunningIndicator), 60L);
 }
@@ -131,122 +196,122 @@ int DXSQLEditor::line(long byte) const
     return static_cast<int>(SendScintilla(SCI_LINEFROMPOSITION, byte));
 }
 
-// Scintilla asks for what it is about to show; lines behind change only as far as something stays
-// open in them that did not before, or the other way round.
-void DXSQLEditor::styleUpTo(int bytePosition)
-{
-    int at = std::min(line(SendScintilla(SCI_GETENDSTYLED)), int(m_states.size()));
-    const int last = line(bytePosition);
-    for (; at < lines(); ++at) {
-        const SQLTokenizer::State after =
-            styleLine(at, at > 0 ? m_states[at - 1] : SQLTokenizer::State());
-        const bool wasKnown = at < m_states.size();
-        if (at >= last && wasKnown && m_states[at] == after)
-            return;
-        if (!wasKnown)
-            m_states.append(after);
-        else
-            m_states[at] = after;
-        if (at >= last && !wasKnown)
-            return;
-    }
-}
-
-SQLTokenizer::State DXSQLEditor::styleLine(int line, const SQLTokenizer::State &before)
-{
-    const QString content = text(line);
-    SQLTokenizer tokenizer(m_options, content, before);
-    SendScintilla(SCI_STARTSTYLING, SendScintilla(SCI_POSITIONFROMLINE, long(line)));
-    while (const auto token = tokenizer.next()) {
-        const QStringView written =
-            QStringView(content).sliced(token->range.location, token->range.length);
-        SendScintilla(SCI_SETSTYLING, static_cast<unsigned long>(written.toUtf8().size()),
-                      long(styleOf(*token, written)));
-    }
-    return tokenizer.state();
-}
-
-int DXSQLEditor::styleOf(const SQLToken &token, QStringView text) const
-{
-    using Kind = SQLToken::Kind;
-    switch (token.kind) {
-    case Kind::LineComment:
-    case Kind::BlockComment:
-        return CommentStyle;
-    case Kind::Word:
-        return m_keywords.contains(text.toString().toUpper()) ? KeywordStyle : DefaultStyle;
-    case Kind::QuotedIdentifier:
-    case Kind::UnicodeIdentifier:
-        return QuotedNameStyle;
-    case Kind::String:
-    case Kind::EscapeString:
-    case Kind::UnicodeString:
-    case Kind::NationalString:
-    case Kind::BitString:
-    case Kind::HexString:
-    case Kind::DollarString:
-        return StringStyle;
-    case Kind::Integer:
-    case Kind::Decimal:
-    case Kind::Parameter:
-        return NumberStyle;
-    case Kind::Operator:
-    case Kind::Punctuation:
-        return OperatorStyle;
-    case Kind::Blank:
-    case Kind::Variable:
-    case Kind::Other:
-        return DefaultStyle;
-    }
-    return DefaultStyle;
-}
-
 void DXSQLEditor::modified(int bytePosition, int kind, int linesAdded)
 {
     if (!(kind & (SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT)))
         return;
     const int changed = line(bytePosition);
-    if (linesAdded > 0 && changed < m_states.size())
-        m_states.insert(changed, linesAdded, SQLTokenizer::State());
-    else if (linesAdded < 0 && changed < m_states.size())
-        m_states.remove(changed, std::min(-linesAdded, int(m_states.size()) - changed));
+    m_styler->changed(changed, linesAdded);
     const long begin = SendScintilla(SCI_POSITIONFROMLINE, long(changed));
     const long end = SendScintilla(SCI_GETLINEENDPOSITION, long(changed));
     SendScintilla(SCI_SETINDICATORCURRENT, long(ErrorIndicator));
     SendScintilla(SCI_INDICATORCLEARRANGE, static_cast<unsigned long>(begin), end - begin);
 }
 
-int DXSQLEditor::byteAt(qsizetype position) const
+void DXSQLEditor::matchBrackets()
 {
-    return static_cast<int>(
-        QStringView(text()).first(std::min(position, text().size())).toUtf8().size());
+    const long caret = SendScintilla(SCI_GETCURRENTPOS);
+    const auto columnOf = [this](long byte) {
+        return SendScintilla(
+            SCI_COUNTCODEUNITS,
+            static_cast<unsigned long>(SendScintilla(SCI_POSITIONFROMLINE, long(line(byte)))),
+            byte);
+    };
+    const auto byteOf = [this](DXSQLBrackets::Place place) {
+        const long start = SendScintilla(SCI_POSITIONFROMLINE, long(place.line));
+        return SendScintilla(SCI_POSITIONRELATIVECODEUNITS, static_cast<unsigned long>(start),
+                             long(place.column));
+    };
+    const auto pair = m_brackets->at({line(caret), columnOf(caret)}, lines());
+    if (!pair)
+        SendScintilla(SCI_BRACEHIGHLIGHT, ~0UL, -1L);
+    else if (!pair->other)
+        SendScintilla(SCI_BRACEBADLIGHT, byteOf(pair->bracket));
+    else
+        SendScintilla(SCI_BRACEHIGHLIGHT, static_cast<unsigned long>(byteOf(pair->bracket)),
+                      byteOf(*pair->other));
 }
 
-qsizetype DXSQLEditor::positionOf(int byte) const
+long DXSQLEditor::byteAt(qsizetype position) const
 {
-    return QString::fromUtf8(text().toUtf8().first(byte)).size();
+    const long line = SendScintilla(SCI_LINEFROMINDEXPOSITION, static_cast<unsigned long>(position),
+                                    long(codeUnits));
+    const long start = SendScintilla(SCI_POSITIONFROMLINE, line);
+    const long before =
+        SendScintilla(SCI_INDEXPOSITIONFROMLINE, static_cast<unsigned long>(line), long(codeUnits));
+    const long byte = SendScintilla(SCI_POSITIONRELATIVECODEUNITS,
+                                    static_cast<unsigned long>(start), long(position) - before);
+    // Zero also says that the text is shorter.
+    return byte == 0 && position > 0 ? SendScintilla(SCI_GETLENGTH) : byte;
+}
+
+qsizetype DXSQLEditor::positionOf(long byte) const
+{
+    const auto line = static_cast<unsigned long>(this->line(byte));
+    const long start = SendScintilla(SCI_POSITIONFROMLINE, static_cast<long>(line));
+    return SendScintilla(SCI_INDEXPOSITIONFROMLINE, line, long(codeUnits))
+           + SendScintilla(SCI_COUNTCODEUNITS, static_cast<unsigned long>(start), byte);
 }
 
 qsizetype DXSQLEditor::caretPosition() const
 {
-    return positionOf(static_cast<int>(SendScintilla(SCI_GETCURRENTPOS)));
+    return positionOf(SendScintilla(SCI_GETCURRENTPOS));
 }
 
 void DXSQLEditor::setCaretPosition(qsizetype position)
 {
-    SendScintilla(SCI_GOTOPOS, static_cast<unsigned long>(byteAt(position)));
+    const long byte = byteAt(position);
+    SendScintilla(SCI_ENSUREVISIBLE, long(line(byte)));
+    SendScintilla(SCI_GOTOPOS, byte);
 }
 
 DXTextRange DXSQLEditor::selectedRange() const
 {
-    const qsizetype begin = positionOf(static_cast<int>(SendScintilla(SCI_GETSELECTIONSTART)));
-    const qsizetype end = positionOf(static_cast<int>(SendScintilla(SCI_GETSELECTIONEND)));
-    return {begin, end - begin};
+    const qsizetype begin = positionOf(SendScintilla(SCI_GETSELECTIONSTART));
+    return {begin, positionOf(SendScintilla(SCI_GETSELECTIONEND)) - begin};
+}
+
+void DXSQLEditor::setSelectedRange(const DXTextRange &range)
+{
+    const long begin = byteAt(range.location);
+    const long end = byteAt(range.end());
+    SendScintilla(SCI_ENSUREVISIBLE, long(line(begin)));
+    SendScintilla(SCI_ENSUREVISIBLE, long(line(end)));
+    SendScintilla(SCI_SETSEL, begin, end);
 }
 
 QString DXSQLEditor::selectedSql() const
 {
     return hasSelectedText() ? selectedText() : QString();
+}
+
+DXSQLEditor::Surroundings DXSQLEditor::surroundings() const
+{
+    const long caret = SendScintilla(SCI_GETCURRENTPOS);
+    const auto first =
+        static_cast<long>(m_styler->lines().statementStart(line(caret), linesAround));
+    const long begin = std::max(SendScintilla(SCI_POSITIONFROMLINE, first), caret - bytesAround);
+    const long lastLine = std::min(long(line(caret)) + linesAround, long(lines()) - 1);
+    const long end = std::min(SendScintilla(SCI_GETLINEENDPOSITION, lastLine), caret + bytesAround);
+    const QByteArray bytes(
+        reinterpret_cast<const char *>(
+            SendScintilla(SCI_GETRANGEPOINTER, static_cast<unsigned long>(begin), end - begin)),
+        end - begin);
+    const QString before = QString::fromUtf8(bytes.first(caret - begin));
+    return {before + QString::fromUtf8(bytes.sliced(caret - begin)), before.size()};
+}
+
+void DXSQLEditor::replaceAroundCaret(qsizetype before, qsizetype behind, const QString &text)
+{
+    const auto caret = static_cast<unsigned long>(SendScintilla(SCI_GETCURRENTPOS));
+    const long begin = SendScintilla(SCI_POSITIONRELATIVECODEUNITS, caret, -long(before));
+    const long end = SendScintilla(SCI_POSITIONRELATIVECODEUNITS, caret, long(behind));
+    const QByteArray bytes = text.toUtf8();
+    beginUndoAction();
+    SendScintilla(SCI_SETTARGETRANGE, static_cast<unsigned long>(begin), end);
+    SendScintilla(SCI_REPLACETARGET, static_cast<unsigned long>(bytes.size()), bytes.constData());
+    endUndoAction();
+    SendScintilla(SCI_GOTOPOS, begin + long(bytes.size()));
 }
 
 std::optional<DXQueryDetails> DXSQLEditor::statementAtCaret() const
@@ -260,7 +325,7 @@ QList<DXQueryDetails> DXSQLEditor::statements() const
         return m_splitter.split(text());
     const DXTextRange selected = selectedRange();
     QList<DXQueryDetails> statements = m_splitter.split(selectedSql());
-    const qsizetype linesBefore = QStringView(text()).first(selected.location).count(u'\n');
+    const qsizetype linesBefore = line(SendScintilla(SCI_GETSELECTIONSTART));
     for (DXQueryDetails &statement : statements) {
         statement.queryRange.location += selected.location;
         statement.lineNumberOffset += linesBefore;
@@ -273,9 +338,9 @@ void DXSQLEditor::mark(int indicator, const QList<DXTextRange> &ranges)
     SendScintilla(SCI_SETINDICATORCURRENT, long(indicator));
     SendScintilla(SCI_INDICATORCLEARRANGE, 0UL, SendScintilla(SCI_GETLENGTH));
     for (const DXTextRange &range : ranges) {
-        const int begin = byteAt(range.location);
+        const long begin = byteAt(range.location);
         SendScintilla(SCI_INDICATORFILLRANGE, static_cast<unsigned long>(begin),
-                      long(byteAt(range.end()) - begin));
+                      byteAt(range.end()) - begin);
     }
 }
 
@@ -326,6 +391,66 @@ void DXSQLEditor::toggleComment()
     if (hadSelection)
         setSelection(fromLine, 0, toLine,
                      static_cast<int>(text(toLine).chopped(toLine + 1 < lines()).size()));
+}
+
+void DXSQLEditor::duplicateLines()
+{
+    const long begin = SendScintilla(SCI_GETSELECTIONSTART);
+    const long end = SendScintilla(SCI_GETSELECTIONEND);
+    int last = line(end);
+    if (last > line(begin) && end == SendScintilla(SCI_POSITIONFROMLINE, long(last)))
+        --last;
+    const long from = SendScintilla(SCI_POSITIONFROMLINE, long(line(begin)));
+    const long to = SendScintilla(SCI_GETLINEENDPOSITION, long(last));
+    const QByteArray copy =
+        '\n'
+        + QByteArray(reinterpret_cast<const char *>(SendScintilla(
+                         SCI_GETRANGEPOINTER, static_cast<unsigned long>(from), to - from)),
+                     to - from);
+    SendScintilla(SCI_INSERTTEXT, static_cast<unsigned long>(to), copy.constData());
+    SendScintilla(SCI_SETSEL, begin + long(copy.size()), end + long(copy.size()));
+}
+
+void DXSQLEditor::toggleFold(int line)
+{
+    if (!(SendScintilla(SCI_GETFOLDLEVEL, long(line)) & SC_FOLDLEVELHEADERFLAG))
+        return;
+    m_styler->readAll();
+    SendScintilla(SCI_TOGGLEFOLDSHOWTEXT, static_cast<unsigned long>(line), " … ");
+}
+
+void DXSQLEditor::toggleFoldAtCaret()
+{
+    const int caretLine = line(SendScintilla(SCI_GETCURRENTPOS));
+    m_styler->readAll();
+    const bool isHeader =
+        (SendScintilla(SCI_GETFOLDLEVEL, long(caretLine)) & SC_FOLDLEVELHEADERFLAG) != 0;
+    const int header =
+        isHeader ? caretLine : static_cast<int>(SendScintilla(SCI_GETFOLDPARENT, long(caretLine)));
+    if (header < 0)
+        return;
+    toggleFold(header);
+    if (header != caretLine)
+        SendScintilla(SCI_GOTOLINE, long(header));
+}
+
+void DXSQLEditor::foldAll()
+{
+    m_styler->readAll();
+    SendScintilla(SCI_FOLDALL, long(SC_FOLDACTION_CONTRACT));
+    SendScintilla(SCI_SCROLLCARET);
+}
+
+void DXSQLEditor::unfoldAll()
+{
+    m_styler->readAll();
+    SendScintilla(SCI_FOLDALL, long(SC_FOLDACTION_EXPAND));
+    SendScintilla(SCI_SCROLLCARET);
+}
+
+void DXSQLEditor::setClosesBrackets(bool yes)
+{
+    m_typing->setClosesBrackets(yes);
 }
 
 void DXSQLEditor::insertText(const QString &text)
