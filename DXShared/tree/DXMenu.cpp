@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tree/DXMenu.h"
 
+#include <algorithm>
+
 DXMenu::DXMenu(const QString &title)
     : m_title(title)
 { }
@@ -14,6 +16,13 @@ void DXMenu::addItem(const QString &title, const Action &action)
 void DXMenu::addItem(const Item &item)
 {
     m_items.push_back(item);
+}
+
+const DXMenu::Item *DXMenu::itemForKey(Key key) const
+{
+    const auto item = std::find_if(m_items.begin(), m_items.end(),
+                                   [key](const Item &each) { return each.key == key; });
+    return item == m_items.end() ? nullptr : &*item;
 }
 
 void DXMenu::addSubmenu(const DXMenu &menu)

@@ -17,6 +17,9 @@ public:
     /// What choosing an item does, on the main thread.
     using Action = std::function<void()>;
 
+    /// Items that a key chooses as well, whatever their title: Del and F2.
+    enum class Key { None, Drop, Rename };
+
     struct Item
     {
         /// For the user, localised; null for a separator.
@@ -25,6 +28,7 @@ public:
         Action action;
         /// The items of a submenu.
         std::vector<Item> submenu;
+        Key key = Key::None;
 
         bool isSeparator() const { return title.isNull(); }
     };
@@ -36,6 +40,8 @@ public:
 
     void addItem(const QString &title, const Action &action);
     void addItem(const Item &item);
+    /// The first item with this key, submenus aside; null when there is none.
+    const Item *itemForKey(Key key) const;
     /// Appends menu under its title.
     void addSubmenu(const DXMenu &menu);
     void addSeparator();

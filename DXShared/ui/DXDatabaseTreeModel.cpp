@@ -3,10 +3,36 @@
 #include "ui/DXDatabaseTreeModel.h"
 
 #include "dispatch/DXDispatch.h"
+#include "tree/ColumnDetailsTableCellView.h"
 
 #include <QMimeData>
 
 #include <algorithm>
+#include <typeinfo>
+
+namespace
+{
+
+// What is shown of an entry: some kinds fill a cell of two texts.
+ColumnDetailsTableCellView cellOf(const DXDatabaseTreeEntry &entry)
+{
+    ColumnDetailsTableCellView cell{.columnNameTextField = entry.displayName(),
+                                    .columnDetailsTextField = entry.details()};
+    if (entry.tableCellIdentifier() == QLatin1String("ColumnDetailsTableCellView"))
+        entry.prepareCell(cell);
+    return cell;
+}
+
+// Details change with what they tell of, save where they tell overloads of one name apart.
+QString identityOf(const DXDatabaseTreeEntry &entry)
+{
+    QString identity = QLatin1String(typeid(entry).name()) + u' ' + entry.displayName();
+    if (!entry.tableCellIdentifier().isNull())
+        identity += u' ' + cellOf(entry).columnDetailsTextField;
+    return identity;
+}
+
+} // namespace
 
 /// Carries what the entries tell on any thread to the main one. It may outlive the model.
 class DXDatabaseTreeModel::Observer final : public DXDatabaseTreeEntryDelegate,
@@ -19,6 +45,12 @@ public:
 
     void databaseTreeEntryDidBeginLoading(DXDatabaseTreeEntry &entry) override { forward(entry); }
     void databaseTreeEntryDidFinishLoading(DXDatabaseTreeEntry &entry) override { forward(entry); }
+    void databaseTreeEntryDidUpdateSearchResults(DXDatabaseTreeEntry &entry) override
+    {
+        Q_UNUSED(entry)
+        if (m_model)
+            Q_EMIT m_model->searchResultsUpdated();
+    }
     /// [main]
     void modelIsGone() { m_model = nullptr; }
     void forward(DXDatabaseTreeEntry &entry)
@@ -159,7 +191,7 @@ QVariant DXDatabaseTreeModel::data(const QModelIndex &index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return shown->displayName();
+        return cellOf(*shown).columnNameTextField;
     case Qt::ToolTipRole:
     case Qt::AccessibleTextRole:
         return shown->details().isEmpty()
@@ -168,7 +200,9 @@ QVariant DXDatabaseTreeModel::data(const QModelIndex &index, int role) const
     case Qt::DecorationRole:
         return shown->imageName();
     case DetailsRole:
-        return shown->details();
+        return cellOf(*shown).columnDetailsTextField;
+    case IdentityRole:
+        return identityOf(*shown);
     case LoadingRole:
         return isSlow(*nodeOf(index));
     default:

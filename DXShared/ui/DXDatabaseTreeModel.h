@@ -23,7 +23,10 @@ public:
         /// The secondary text.
         DetailsRole = Qt::UserRole,
         /// Whether the entry's children have been loading for a noticeable time.
-        LoadingRole
+        LoadingRole,
+        /// A text that is equal for entries which stand for the same thing, before and after a
+        /// load, and different among the children of one.
+        IdentityRole
     };
 
     explicit DXDatabaseTreeModel(QObject *parent = nullptr);
@@ -56,6 +59,8 @@ public:
 Q_SIGNALS:
     /// A load of entry began or ended.
     void loadingChanged();
+    /// What a search of the roots finds has changed.
+    void searchResultsUpdated();
 
 private:
     class Observer;

@@ -6,6 +6,7 @@
 #include "tree/DXMenu.h"
 #include "ui/DXDatabaseTreeItemDelegate.h"
 #include "ui/DXDatabaseTreeModel.h"
+#include "ui/DXTreeMemory.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -26,6 +27,28 @@ namespace
 // Only so many hits are unfolded at once; more are better searched again.
 constexpr qsizetype unfoldedHits = 1000;
 
+QKeySequence shortcutOf(DXMenu::Key key)
+{
+    switch (key) {
+    case DXMenu::Key::Drop:
+        return Qt::Key_Delete;
+    case DXMenu::Key::Rename:
+        return Qt::Key_F2;
+    case DXMenu::Key::None:
+        break;
+    }
+    return {};
+}
+
+// Chooses the item of entry's menu that has this key; nothing when none has, or it is disabled.
+void choose(DXDatabaseTreeEntry &entry, DXMenu::Key key)
+{
+    const DXMenu menu = entry.menu();
+    const DXMenu::Item *const item = menu.itemForKey(key);
+    if (item && item->action)
+        item->action();
+}
+
 void fill(QMenu &menu, const std::vector<DXMenu::Item> &items)
 {
     for (const DXMenu::Item &item : items) {
@@ -36,6 +59,9 @@ void fill(QMenu &menu, const std::vector<DXMenu::Item> &items)
         } else {
             QAction *const action = menu.addAction(item.title);
             action->setEnabled(bool(item.action));
+            // Only told here: the tree acts on the keys itself.
+            action->setShortcut(shortcutOf(item.key));
+            action->setShortcutVisibleInContextMenu(true);
             if (item.action)
                 QObject::connect(action, &QAction::triggered, item.action);
         }
@@ -60,6 +86,8 @@ DXDatabaseTreeView::DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &del
     m_searchField->setClearButtonEnabled(true);
     m_searchField->installEventFilter(this);
     connect(m_searchField, &QLineEdit::textChanged, this, &DXDatabaseTreeView::search);
+    connect(m_model, &DXDatabaseTreeModel::searchResultsUpdated, this,
+            [this] { search(m_searchField->text()); });
     m_tree->setAccessibleName(tr("Catalogue"));
     m_resultsTree->setAccessibleName(tr("Search results"));
     m_stack->addWidget(m_tree);
@@ -84,7 +112,7 @@ DXDatabaseTreeView::~DXDatabaseTreeView() = default;
 QTreeView *DXDatabaseTreeView::createTree(DXDatabaseTreeModel &model)
 {
     auto *const tree = new QTreeView;
-    tree->setModel(&model);
+    new DXTreeMemory(*tree, model, DXDatabaseTreeModel::IdentityRole);
     tree->setItemDelegate(new DXDatabaseTreeItemDelegate(tree));
     tree->setHeaderHidden(true);
     tree->setUniformRowHeights(true);
@@ -140,7 +168,8 @@ std::shared_ptr<DXDatabaseTreeEntry> DXDatabaseTreeView::currentlySelectedDataba
 
 void DXDatabaseTreeView::deselectAll()
 {
-    shownTree()->clearSelection();
+    // A current row without a selection would pass the selection on when it goes.
+    shownTree()->selectionModel()->clear();
 }
 
 void DXDatabaseTreeView::reloadData()
@@ -208,6 +237,10 @@ bool DXDatabaseTreeView::keyPressed(int key, Qt::KeyboardModifiers modifiers)
         entry->cmdDown();
     } else if (key == Qt::Key_F4) {
         entry->cmdRight();
+    } else if (key == Qt::Key_Delete && modifiers == Qt::NoModifier) {
+        choose(*entry, DXMenu::Key::Drop);
+    } else if (key == Qt::Key_F2) {
+        choose(*entry, DXMenu::Key::Rename);
     } else if (key == Qt::Key_R && modifiers == Qt::ControlModifier) {
         doRefreshDatabaseTreeEntry(entry);
     } else if (key == Qt::Key_C && modifiers == Qt::ControlModifier) {
