@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "actions/PostgresDatabaseTreeContextHelper.h"
 #include "driver/PostgresDatabaseClient.h"
 #include "driver/PostgresDatabaseConnectionDetails.h"
 #include "driver/PostgresRecentConnection.h"
@@ -8,6 +9,7 @@
 #include "scripts/PostgresScriptCatalogue.h"
 #include "tree/PostgresAutocompleteHelper.h"
 #include "tree/PostgresDatabaseTreeEntryServer.h"
+#include "ui/DXQueryPreviewViewController.h"
 
 // The operations of the record that hand out objects of every room, so that the record itself stays
 // below them.
@@ -59,4 +61,17 @@ std::shared_ptr<DatabaseTreeEntryServerRoot>
 PostgresDatabaseConnectionDetails::createRootDatabaseTreeNode() const
 {
     return std::make_shared<PostgresDatabaseTreeEntryServer>();
+}
+
+std::shared_ptr<DXDatabaseTreeContextHelper>
+PostgresDatabaseConnectionDetails::createDatabaseTreeContextHelper(
+    DXDatabaseTreeViewController &controller) const
+{
+    return std::make_shared<PostgresDatabaseTreeContextHelper>(controller);
+}
+
+std::shared_ptr<DXQueryPreviewViewController>
+PostgresDatabaseConnectionDetails::createQueryPreviewViewContoller() const
+{
+    return std::make_shared<DXQueryPreviewViewController>(copy());
 }

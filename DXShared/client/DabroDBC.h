@@ -19,6 +19,7 @@ class DXDatabaseImportHelper;
 class DXDatabaseTreeContextHelper;
 class DXDatabaseTreeViewController;
 class DXEditRowHelper;
+class DXQueryPreviewViewController;
 class DXQuerySplitter;
 class DXScriptCatalogue;
 class DXTableDesignerViewController;
@@ -127,6 +128,12 @@ public:
     /// The names that editors complete, for all connections of the driver; the caller needs
     /// "editing/DXAutocompleteHelper.h".
     virtual std::shared_ptr<DXAutocompleteHelper> sharedAutocompleteHelper() const { return {}; }
+    /// The sheet that shows a script and runs it on this connection once the user accepts, for the
+    /// caller to set up, who needs "ui/DXQueryPreviewViewController.h". [main]
+    virtual std::shared_ptr<DXQueryPreviewViewController> createQueryPreviewViewContoller() const
+    {
+        return {};
+    }
     /// The tab that designs a table. [main]
     virtual std::shared_ptr<DXTableDesignerViewController> createTableDesignerViewController() const
     {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tree/DXDatabaseTreeContextHelper.h"
 
+#include "client/DabroDBC.h"
 #include "tree/DXDatabaseTreeEntry.h"
 
 using Delegate = DXDatabaseTreeViewControllerDelegate;
@@ -55,6 +56,12 @@ void DXDatabaseTreeContextHelper::openConnectionDialog(const DXDatabaseTreeEntry
 void DXDatabaseTreeContextHelper::disconnect(const DXDatabaseTreeEntry &entry)
 {
     m_controller.delegate().disconnectFrom(entry.databaseConnectionDetails());
+}
+
+bool DXDatabaseTreeContextHelper::canImportInto(const DXDatabaseTreeEntry &entry) const
+{
+    const auto details = entry.databaseConnectionDetails();
+    return details && details->createDatabaseImportHelper();
 }
 
 void DXDatabaseTreeContextHelper::importInto(const DXDatabaseTreeEntry &entry)

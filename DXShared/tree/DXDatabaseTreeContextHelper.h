@@ -29,6 +29,8 @@ public:
                     DXDatabaseTreeViewControllerDelegate::ScriptDestination destination);
     void openConnectionDialog(const DXDatabaseTreeEntry &entry);
     void disconnect(const DXDatabaseTreeEntry &entry);
+    /// Whether the driver has what an import needs; the item is disabled without.
+    virtual bool canImportInto(const DXDatabaseTreeEntry &entry) const;
     void importInto(const DXDatabaseTreeEntry &entry);
     /// tablePath is quoted already.
     void exportTableAsCSV(const DXDatabaseTreeEntry &entry, const QString &tablePath);

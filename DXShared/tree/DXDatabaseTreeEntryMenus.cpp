@@ -57,10 +57,10 @@ DXMenu::Item DXDatabaseTreeEntry::refreshMenuItem()
 
 DXMenu::Item DXDatabaseTreeEntry::importMenuItem()
 {
-    return {.title = Text::tr("Import"),
-            .action =
-                actionOnHelper([](auto &helper, const auto &entry) { helper.importInto(entry); }),
-            .submenu = {}};
+    DXMenu::Action action;
+    if (const auto asked = contextHelper(); asked && asked->canImportInto(*this))
+        action = actionOnHelper([](auto &helper, const auto &entry) { helper.importInto(entry); });
+    return {.title = Text::tr("Import"), .action = action, .submenu = {}};
 }
 
 DXMenu

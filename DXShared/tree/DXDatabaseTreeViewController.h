@@ -11,12 +11,16 @@
 class DXDatabaseTreeEntry;
 class DXQueryLoader;
 class DabroDBC;
+class QWidget;
 
 /// What the window around a catalogue tree does for it. All [main].
 class DXSHARED_EXPORT DXDatabaseTreeViewControllerDelegate
 {
 public:
     virtual ~DXDatabaseTreeViewControllerDelegate();
+
+    /// The window that the sheets of the tree's actions belong to.
+    virtual QWidget *targetWindow() = 0;
 
     /// What happens to a query once it stands in its tab.
     enum class QueryTab { Open, OpenAndExecute };

@@ -43,6 +43,9 @@ public:
     std::shared_ptr<DXScriptCatalogue> createScriptCatalogue() const override;
     std::shared_ptr<DXAutocompleteHelper> sharedAutocompleteHelper() const override;
     std::shared_ptr<DatabaseTreeEntryServerRoot> createRootDatabaseTreeNode() const override;
+    std::shared_ptr<DXDatabaseTreeContextHelper>
+    createDatabaseTreeContextHelper(DXDatabaseTreeViewController &controller) const override;
+    std::shared_ptr<DXQueryPreviewViewController> createQueryPreviewViewContoller() const override;
 
     QStringList sqlKeywords() const override { return keywords(); }
     QStringList sqlFunctions() const override;

@@ -3,3 +3,23 @@
 #include "tree/PostgresDatabaseTreeActions.h"
 
 PostgresDatabaseTreeActions::~PostgresDatabaseTreeActions() = default;
+
+void PostgresDatabaseTreeActions::alterTable(const Entry &entry)
+{
+    Q_UNUSED(entry)
+}
+
+void PostgresDatabaseTreeActions::renameTable(const Entry &entry)
+{
+    Q_UNUSED(entry)
+}
+
+void PostgresDatabaseTreeActions::displayInsertDialog(const Entry &entry)
+{
+    Q_UNUSED(entry)
+}
+
+void PostgresDatabaseTreeActions::exportDatabaseAsSQLite(const Entry &entry)
+{
+    Q_UNUSED(entry)
+}

@@ -13,12 +13,19 @@ public:
     ~PostgresDatabaseTreeActions() override;
 
     using Entry = DXDatabaseTreeEntry;
+    /// What not every helper can do.
+    enum class Capability { AlterTable, RenameTable, InsertRow, ExportAsSQLite };
+    /// Whether entry's menu may offer it now; it shows the item disabled otherwise, and nobody
+    /// calls its action.
+    virtual bool isCapableOf(Capability capability, const Entry &entry) const = 0;
+
     /// query is the text of the template "NewTable".
     virtual void addNewTable(const Entry &entry, const QString &query) = 0;
-    virtual void alterTable(const Entry &entry) = 0;
-    virtual void renameTable(const Entry &entry) = 0;
-    virtual void displayInsertDialog(const Entry &entry) = 0;
-    virtual void exportDatabaseAsSQLite(const Entry &entry) = 0;
+    /// These do nothing unless a helper that is capable of them says more.
+    virtual void alterTable(const Entry &entry);
+    virtual void renameTable(const Entry &entry);
+    virtual void displayInsertDialog(const Entry &entry);
+    virtual void exportDatabaseAsSQLite(const Entry &entry);
 
     /// Ask before they drop what entry stands for.
     virtual void confirmDropDatabase(const Entry &entry) = 0;

@@ -46,8 +46,8 @@ DXMenu PostgresDatabaseTreeEntryDatabase::menu()
         .import()
         .exportAsSQLite()
         .separator()
-        .action(PostgresTreeText::tr("Drop database"),
-                &PostgresDatabaseTreeActions::confirmDropDatabase)
+        .drop(PostgresTreeText::tr("Drop database"),
+              &PostgresDatabaseTreeActions::confirmDropDatabase)
         .separator()
         .refresh()
         .menu();

@@ -40,12 +40,36 @@ PostgresTreeMenu &PostgresTreeMenu::refresh()
     return *this;
 }
 
-PostgresTreeMenu &PostgresTreeMenu::action(const QString &title, HelperAction operation)
+PostgresTreeMenu &PostgresTreeMenu::action(const QString &title, HelperAction operation,
+                                           DXMenu::Key key)
 {
-    return item(title, [operation](auto &helper, const auto &entry) {
+    m_menu.addItem({.title = title, .action = helperAction(operation), .submenu = {}, .key = key});
+    return *this;
+}
+
+PostgresTreeMenu &PostgresTreeMenu::action(const QString &title, HelperAction operation,
+                                           Capability needed, DXMenu::Key key)
+{
+    m_menu.addItem({.title = title,
+                    .action = isCapableOf(needed) ? helperAction(operation) : DXMenu::Action(),
+                    .submenu = {},
+                    .key = key});
+    return *this;
+}
+
+DXMenu::Action PostgresTreeMenu::helperAction(HelperAction operation)
+{
+    return m_entry.actionOnHelper([operation](auto &helper, const auto &entry) {
         if (auto *const actions = dynamic_cast<PostgresDatabaseTreeActions *>(&helper))
             (actions->*operation)(entry);
     });
+}
+
+bool PostgresTreeMenu::isCapableOf(Capability capability) const
+{
+    const auto helper = m_entry.contextHelper();
+    const auto *const actions = dynamic_cast<PostgresDatabaseTreeActions *>(helper.get());
+    return actions && actions->isCapableOf(capability, m_entry);
 }
 
 PostgresTreeMenu &PostgresTreeMenu::item(const QString &title,
@@ -97,8 +121,9 @@ PostgresTreeMenu &PostgresTreeMenu::templateTab(const QString &title, const QStr
 
 PostgresTreeMenu &PostgresTreeMenu::exportAsSQLite()
 {
-    return submenu(
-        PostgresTreeMenu(m_entry, QStringLiteral("Export"))
-            .action(QStringLiteral("SQLite"), &PostgresDatabaseTreeActions::exportDatabaseAsSQLite)
-            .menu());
+    return submenu(PostgresTreeMenu(m_entry, QStringLiteral("Export"))
+                       .action(QStringLiteral("SQLite"),
+                               &PostgresDatabaseTreeActions::exportDatabaseAsSQLite,
+                               Capability::ExportAsSQLite)
+                       .menu());
 }

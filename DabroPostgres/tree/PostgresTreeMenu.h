@@ -25,7 +25,17 @@ public:
     /// An item that calls the helper with the node; nothing happens when the helper is not this
     /// driver's.
     using HelperAction = void (PostgresDatabaseTreeActions::*)(const DXDatabaseTreeEntry &entry);
-    PostgresTreeMenu &action(const QString &title, HelperAction operation);
+    PostgresTreeMenu &action(const QString &title, HelperAction operation,
+                             DXMenu::Key key = DXMenu::Key::None);
+    /// The same, which the Del key chooses, too.
+    PostgresTreeMenu &drop(const QString &title, HelperAction operation)
+    {
+        return action(title, operation, DXMenu::Key::Drop);
+    }
+    /// The same, disabled unless the helper is capable of it.
+    using Capability = PostgresDatabaseTreeActions::Capability;
+    PostgresTreeMenu &action(const QString &title, HelperAction operation, Capability needed,
+                             DXMenu::Key key = DXMenu::Key::None);
     PostgresTreeMenu &item(const QString &title, const DXDatabaseTreeEntry::HelperAction &action);
     /// A query tab that begins with loader's text.
     PostgresTreeMenu &loaderTab(const QString &title, const std::shared_ptr<DXQueryLoader> &loader);
@@ -38,6 +48,8 @@ public:
     PostgresTreeMenu &exportAsSQLite();
 
 private:
+    DXMenu::Action helperAction(HelperAction operation);
+    bool isCapableOf(Capability capability) const;
     PostgresTreeMenu &templateTab(const QString &title, const QString &queryTitle);
 
     DXDatabaseTreeEntry &m_entry;

@@ -18,6 +18,7 @@ public:
     using Details = std::shared_ptr<DabroDBC>;
     using Loader = std::shared_ptr<DXQueryLoader>;
 
+    QWidget *targetWindow() override { return target; }
     void addNewQueryTab(const QString &query, const Details &details, QueryTab mode) override
     {
         note(mode == QueryTab::Open ? u"tab"_qs : u"run"_qs, details, query);
@@ -57,6 +58,7 @@ public:
     DXDatabaseTreeViewControllerDelegate &delegate() override { return *this; }
 
     QStringList asked;
+    QWidget *target = nullptr;
     Loader lastLoader;
 
 private:

@@ -65,8 +65,9 @@ void PostgresDatabaseTreeEntryDatabaseTable::cmdRight()
     const auto helper = contextHelper();
     if (!helper)
         return;
-    auto *const actions = dynamic_cast<PostgresDatabaseTreeActions *>(helper.get());
-    if (isTable() && actions)
+    using Actions = PostgresDatabaseTreeActions;
+    auto *const actions = dynamic_cast<Actions *>(helper.get());
+    if (isTable() && actions && actions->isCapableOf(Actions::Capability::AlterTable, *this))
         actions->alterTable(*this);
     else
         helper->beep();

@@ -44,8 +44,8 @@ DXMenu PostgresDatabaseTreeEntryDatabaseTableColumn::menu()
     PostgresTreeMenu menu(*this);
     const auto table = std::dynamic_pointer_cast<Table>(parent());
     if (table && table->tableType() == Table::TableType::Table)
-        menu.action(PostgresTreeText::tr("Drop column"),
-                    &PostgresDatabaseTreeActions::confirmDropColumn);
+        menu.drop(PostgresTreeText::tr("Drop column"),
+                  &PostgresDatabaseTreeActions::confirmDropColumn);
     return menu.menu();
 }
 

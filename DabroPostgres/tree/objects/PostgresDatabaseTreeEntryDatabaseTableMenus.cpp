@@ -58,13 +58,14 @@ DXMenu PostgresDatabaseTreeEntryDatabaseTable::menu()
     PostgresTreeMenu menu(*this);
     menu.newQuery().separator();
     addNewAndAlterItems(menu);
-    menu.action(titleFor(m_tableType, Text::tr("Drop table"), Text::tr("Drop view"),
-                         Text::tr("Drop materialized view")),
-                &Actions::confirmDropTable);
+    menu.drop(titleFor(m_tableType, Text::tr("Drop table"), Text::tr("Drop view"),
+                       Text::tr("Drop materialized view")),
+              &Actions::confirmDropTable);
     if (m_tableType == TableType::MaterializedView)
         addRefreshItem(menu);
     if (isTable())
-        menu.action(QStringLiteral("Insert"), &Actions::displayInsertDialog);
+        menu.action(QStringLiteral("Insert"), &Actions::displayInsertDialog,
+                    Actions::Capability::InsertRow);
     menu.separator().item(Text::tr("Select top 100 rows"),
                           [query = selectQuery()](auto &helper, const auto &entry) {
                               helper.executeQueryTab(entry, query);
@@ -99,8 +100,9 @@ void PostgresDatabaseTreeEntryDatabaseTable::addNewAndAlterItems(PostgresTreeMen
     switch (m_tableType) {
     case TableType::Table:
         menu.newTable()
-            .action(Text::tr("Alter table"), &Actions::alterTable)
-            .action(Text::tr("Rename table"), &Actions::renameTable);
+            .action(Text::tr("Alter table"), &Actions::alterTable, Actions::Capability::AlterTable)
+            .action(Text::tr("Rename table"), &Actions::renameTable,
+                    Actions::Capability::RenameTable, DXMenu::Key::Rename);
         break;
     case TableType::View:
         menu.newView().loaderTab(Text::tr("Alter view"),

@@ -43,8 +43,8 @@ DXMenu PostgresDatabaseTreeEntryFunction::menu()
         .newFunction(PostgresTreeText::tr("New function"))
         .loaderTab(PostgresTreeText::tr("Alter function"), queryLoaderForAlter())
         .separator()
-        .action(PostgresTreeText::tr("Drop function"),
-                &PostgresDatabaseTreeActions::confirmDropFunction)
+        .drop(PostgresTreeText::tr("Drop function"),
+              &PostgresDatabaseTreeActions::confirmDropFunction)
         .menu();
 }
 

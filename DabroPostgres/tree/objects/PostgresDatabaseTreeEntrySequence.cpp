@@ -37,8 +37,8 @@ DXMenu PostgresDatabaseTreeEntrySequence::menu()
     menu.newQuery().separator();
     menu.loaderTab(PostgresTreeText::tr("Alter sequence"), queryLoaderForAlter());
     if (m_canDrop)
-        menu.action(PostgresTreeText::tr("Drop sequence"),
-                    &PostgresDatabaseTreeActions::confirmDropSequence);
+        menu.drop(PostgresTreeText::tr("Drop sequence"),
+                  &PostgresDatabaseTreeActions::confirmDropSequence);
     return menu.separator().refresh().menu();
 }
 

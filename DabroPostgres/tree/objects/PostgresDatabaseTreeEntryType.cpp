@@ -53,7 +53,7 @@ DXMenu PostgresDatabaseTreeEntryType::menu()
         .newQuery()
         .separator()
         .loaderTab(PostgresTreeText::tr("Alter type"), queryLoaderForAlter())
-        .action(PostgresTreeText::tr("Drop type"), &PostgresDatabaseTreeActions::confirmDropType)
+        .drop(PostgresTreeText::tr("Drop type"), &PostgresDatabaseTreeActions::confirmDropType)
         .separator()
         .refresh()
         .menu();

@@ -19,6 +19,6 @@ QString PostgresTreeEntryTableIndex::imageName() const
 DXMenu PostgresTreeEntryTableIndex::menu()
 {
     return PostgresTreeMenu(*this)
-        .action(PostgresTreeText::tr("Drop index"), &PostgresDatabaseTreeActions::confirmDropIndex)
+        .drop(PostgresTreeText::tr("Drop index"), &PostgresDatabaseTreeActions::confirmDropIndex)
         .menu();
 }

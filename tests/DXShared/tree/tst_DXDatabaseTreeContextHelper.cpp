@@ -37,6 +37,14 @@ protected:
     void loadEntries(DXError *) override { ++loads; }
 };
 
+// The helper of a driver that imports.
+class ImportingHelper final : public DXDatabaseTreeContextHelper
+{
+public:
+    using DXDatabaseTreeContextHelper::DXDatabaseTreeContextHelper;
+    bool canImportInto(const DXDatabaseTreeEntry &) const override { return true; }
+};
+
 void chooseAll(const std::vector<DXMenu::Item> &items)
 {
     for (const DXMenu::Item &item : items) {
@@ -69,8 +77,7 @@ protected:
     }
 
     TreeWindow window;
-    std::shared_ptr<DXDatabaseTreeContextHelper> helper =
-        std::make_shared<DXDatabaseTreeContextHelper>(window);
+    std::shared_ptr<DXDatabaseTreeContextHelper> helper = std::make_shared<ImportingHelper>(window);
     const std::shared_ptr<DXDatabaseTreeEntry> root = std::make_shared<DXDatabaseTreeEntry>();
     std::shared_ptr<Entry> entry = std::make_shared<Entry>();
 };
@@ -86,6 +93,13 @@ TEST_F(DXDatabaseTreeContextHelperTest, ServesTheMenusOfAllNodesBelowTheRoot)
     EXPECT_EQ(window.asked, (QStringList{u"tab shop"_qs, u"disconnect shop"_qs, u"import shop"_qs,
                                          u"load shop"_qs, u"clipboard shop"_qs, u"file shop"_qs}));
     EXPECT_TRUE(DXWait::until([&] { return entry->loads == 1; }));
+}
+
+TEST_F(DXDatabaseTreeContextHelperTest, DisablesTheImportThatADriverLacks)
+{
+    helper = std::make_shared<DXDatabaseTreeContextHelper>(window);
+    root->setContextHelper(helper);
+    EXPECT_FALSE(entry->importMenuItem().action);
 }
 
 TEST_F(DXDatabaseTreeContextHelperTest, LeavesMenusOfDroppedNodesWithoutEffect)

@@ -76,6 +76,7 @@ private:
 
 class NoWindow final : public DXDatabaseTreeViewControllerDelegate
 {
+    QWidget *targetWindow() override { return nullptr; }
     void addNewQueryTab(const QString &, const std::shared_ptr<DabroDBC> &, QueryTab) override { }
     void addNewQueryTabWithLoader(const std::shared_ptr<DXQueryLoader> &,
                                   const std::shared_ptr<DabroDBC> &, QueryTab) override

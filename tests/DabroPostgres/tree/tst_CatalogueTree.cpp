@@ -45,6 +45,8 @@ public:
         , m_window(window)
     { }
 
+    bool canImportInto(const DXDatabaseTreeEntry &) const override { return true; }
+    bool isCapableOf(Capability, const Entry &) const override { return true; }
     void addNewTable(const Entry &entry, const QString &query) override
     {
         note(u"new table: "_qs + query, entry);
