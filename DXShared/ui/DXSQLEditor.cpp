@@ -151,6 +151,18 @@ void DXSQLEditor::changeEvent(QEvent *event)
         applyTheme(DXTheme::of(palette()));
 }
 
+// Scintilla keeps Esc for itself, which it needs only to give up all carets but one.
+bool DXSQLEditor::event(QEvent *event)
+{
+    const bool isEscape = event->type() == QEvent::ShortcutOverride
+                          && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape;
+    if (isEscape && SendScintilla(SCI_GETSELECTIONS) == 1) {
+        event->ignore();
+        return false;
+    }
+    return QsciScintilla::event(event);
+}
+
 void DXSQLEditor::keyPressEvent(QKeyEvent *event)
 {
     if (isReadOnly() || !m_typing->takesKey(*event))
