@@ -47,7 +47,7 @@ bool DXDatabaseTreeEntry::loadEntriesAsync(Reload reload)
 {
     if (!canRefresh() || (reload == Reload::IfNeeded && childEntries()))
         return false;
-    if (!m_dataLoadSemaphore.tryWait())
+    if (m_dataLoadSemaphore.test_and_set())
         return true;
     m_isLoading = true;
     if (const auto told = delegate())
@@ -83,7 +83,7 @@ void DXDatabaseTreeEntry::finishLoading()
     m_isLoading = false;
     if (const auto told = delegate())
         told->databaseTreeEntryDidFinishLoading(*this);
-    m_dataLoadSemaphore.signal();
+    m_dataLoadSemaphore.clear();
 }
 
 void DXDatabaseTreeEntry::removeChild(const DXDatabaseTreeEntry &child)

@@ -4,7 +4,6 @@
 
 #include "core/DXError.h"
 #include "core/DXGlobal.h"
-#include "dispatch/DXSemaphore.h"
 #include "tree/DXMenu.h"
 
 #include <QList>
@@ -172,5 +171,7 @@ private:
     std::atomic<bool> m_isLoading = false;
     // How often the children were changed one by one.
     std::atomic<quint64> m_changes = 0;
-    DXSemaphore m_dataLoadSemaphore{1};
+    // Taken while a load is under way; tried, never waited for, and so no DXSemaphore, which would
+    // be a third of a node.
+    std::atomic_flag m_dataLoadSemaphore;
 };

@@ -11,7 +11,7 @@ public:
     ~DatabaseTreeEntryTable() override;
 
     /// Unquoted, without its schema. Set by whoever makes the node.
-    QString tableName() const { return m_tableName; }
+    const QString &tableName() const { return m_tableName; }
     void setTableName(const QString &tableName) { m_tableName = tableName; }
 
 private:

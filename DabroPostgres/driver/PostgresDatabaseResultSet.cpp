@@ -17,8 +17,13 @@ enum TypeOid : quint32 {
     Int2Oid = 21,
     Int4Oid = 23,
     OidOid = 26,
+    NameOid = 19,
+    TextOid = 25,
     NumericOid = 1700,
 };
+
+// Longer texts hardly come twice in turn.
+constexpr qsizetype mostShared = 64;
 
 } // namespace
 
@@ -198,6 +203,7 @@ void PostgresDatabaseResultSet::takeColumns()
         types.append(PQftype(result, column));
     }
     m_totalFields = static_cast<quint32>(count);
+    m_lastTexts.assign(m_totalFields, LastText());
     setColumnNames(names);
     setColumnTypes(types);
     m_hasColumns = true;
@@ -209,8 +215,20 @@ DXValue PostgresDatabaseResultSet::objectForColumnIndex(quint32 index) const
     const auto column = static_cast<int>(index);
     if (!result || index >= m_totalFields || PQgetisnull(result, 0, column))
         return {};
-    return valueFromCell(PQftype(result, column),
-                         {PQgetvalue(result, 0, column), PQgetlength(result, 0, column)});
+    const QByteArrayView bytes(PQgetvalue(result, 0, column), PQgetlength(result, 0, column));
+    const quint32 type = PQftype(result, column);
+    const bool isShared = (type == NameOid || type == TextOid) && bytes.size() <= mostShared;
+    return isShared ? sharedText(index, bytes) : valueFromCell(type, bytes);
+}
+
+DXValue PostgresDatabaseResultSet::sharedText(quint32 index, QByteArrayView bytes) const
+{
+    LastText &last = m_lastTexts[index];
+    if (!last.value.isNull() && bytes == QByteArrayView(last.bytes))
+        return last.value;
+    last.value = valueFromCell(TextOid, bytes);
+    last.bytes.assign(bytes.data(), static_cast<std::size_t>(bytes.size()));
+    return last.value;
 }
 
 DXValue PostgresDatabaseResultSet::valueFromCell(quint32 typeOid, QByteArrayView bytes)

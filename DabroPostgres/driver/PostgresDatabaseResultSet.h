@@ -6,6 +6,8 @@
 #include "driver/PostgresConnectionHandle.h"
 
 #include <memory>
+#include <string>
+#include <vector>
 
 class DXRowStore;
 
@@ -49,6 +51,7 @@ private:
     bool fail(DXError *error);
     void report(DXError *slot, const DXError &error);
     void takeColumns();
+    DXValue sharedText(quint32 index, QByteArrayView bytes) const;
 
     const std::shared_ptr<PostgresConnectionHandle> m_connection;
     PGresultPointer m_currentResult;
@@ -59,6 +62,14 @@ private:
     // A failure that the caller gave no slot for: the next slot gets it.
     DXError m_unreported;
     quint32 m_totalFields = 0;
+    // What each column's text was last and what came of it: in catalogues many rows in turn share a
+    // schema, a type or a kind, and then share its memory.
+    struct LastText
+    {
+        std::string bytes;
+        DXValue value;
+    };
+    mutable std::vector<LastText> m_lastTexts;
     qint64 m_affectedRows = -1;
     bool m_hasColumns = false;
     bool m_isAtEnd = false;

@@ -18,8 +18,10 @@ namespace
 
 using Statements = std::vector<const char *>;
 
-// The query runs only after all that stands before it; what stands after it runs in any case.
-// Rolling back also undoes what even a reading statement may leave behind, as set_config() does.
+// The query runs only after all that stands before it; what stands after it runs in any case: where
+// something fails, the server skips the rest up to the synchronisation point, and it is sent again.
+// (A point of its own for it took a busy server three times as long.) Rolling back also undoes what
+// even a reading statement may leave behind, as set_config() does.
 struct Enclosure
 {
     Statements before;
@@ -54,9 +56,10 @@ bool send(PGconn *connection, const Statements &statements)
 
 bool send(PGconn *connection, const Enclosure &enclosure, const QByteArray &query)
 {
-    Statements withQuery = enclosure.before;
-    withQuery.push_back(query.constData());
-    return send(connection, withQuery) && send(connection, enclosure.after);
+    Statements all = enclosure.before;
+    all.push_back(query.constData());
+    all.insert(all.end(), enclosure.after.begin(), enclosure.after.end());
+    return send(connection, all);
 }
 
 // Reads the results of one statement that has no rows.
@@ -70,10 +73,18 @@ void finishStatement(PGconn *connection, DXError *error)
 }
 
 // Reads whatever the server still says; only two nulls on end are the end.
-bool leavePipelineMode(PGconn *connection)
+void readToEnd(PGconn *connection)
 {
     for (int nulls = 0; nulls < 2;)
         nulls = PGresultPointer(PQgetResult(connection)) ? 0 : nulls + 1;
+}
+
+// Skipped is what has to run still.
+bool leavePipelineMode(PGconn *connection, const Statements &skipped)
+{
+    readToEnd(connection);
+    if (!skipped.empty() && send(connection, skipped))
+        readToEnd(connection);
     return PQexitPipelineMode(connection) != 0;
 }
 
@@ -99,7 +110,8 @@ void PostgresDatabaseClient::executeSingleStatement(const QString &query, ReadOn
     {
         bool isSent = false;
         const auto leaving = qScopeGuard([&] {
-            if (!isSent || !leavePipelineMode(handle->get()))
+            const Statements skipped = failure ? enclosure.after : Statements();
+            if (!isSent || !leavePipelineMode(handle->get(), skipped))
                 disconnect();
         });
         m_lastQueryExecuted = query;

@@ -25,23 +25,33 @@ QString PostgresScriptText::escapedPath(const QString &schema, const QString &na
     return escaped(schema) + u'.' + escaped(name);
 }
 
-QString PostgresScriptText::query(const QString &title, const QList<Replacement> &replacements)
+PostgresCatalogueQuery PostgresScriptText::query(const QString &title,
+                                                 const QList<Replacement> &replacements)
 {
     const QString text = PostgresSystemDatabaseQueries::queryByTitle(title);
+    // Where each placeholder comes next; behind the end where it does not.
+    QList<qsizetype> next(replacements.size(), -1);
     QString filled;
-    for (qsizetype at = 0; at < text.size();) {
-        const QStringView rest = QStringView(text).sliced(at);
-        const auto found =
-            std::find_if(replacements.begin(), replacements.end(),
-                         [rest](const Replacement &each) { return rest.startsWith(each.first); });
-        if (found == replacements.end()) {
-            filled += text[at++];
-        } else {
-            filled += found->second;
-            at += found->first.size();
+    filled.reserve(text.size() + 64);
+    for (qsizetype at = 0;;) {
+        for (qsizetype i = 0; i < next.size(); ++i) {
+            if (next[i] < at)
+                next[i] = text.indexOf(replacements[i].placeholder, at);
+            if (next[i] < 0)
+                next[i] = text.size();
         }
+        const auto first = std::min_element(next.cbegin(), next.cend());
+        const qsizetype end = first == next.cend() ? text.size() : *first;
+        filled += QStringView(text).sliced(at, end - at);
+        if (end == text.size())
+            break;
+        const Replacement &found = replacements[first - next.cbegin()];
+        filled += found.text;
+        at = end + found.placeholder.size();
     }
-    return filled;
+    const bool isPlain = std::all_of(replacements.begin(), replacements.end(),
+                                     [](const Replacement &each) { return each.isPlain; });
+    return isPlain ? PostgresCatalogueQuery::plain(filled) : PostgresCatalogueQuery(filled);
 }
 
 QString PostgresScriptText::errorComment(QLatin1String what, const DXError &error)
@@ -62,7 +72,7 @@ QString PostgresScriptText::reportedFailure(QLatin1String what, const DXError &e
     return errorComment(what, error);
 }
 
-QString PostgresScriptText::definition(const DabroDBC &details, const QString &query,
+QString PostgresScriptText::definition(const DabroDBC &details, const PostgresCatalogueQuery &query,
                                        const QString &schema)
 {
     QString definition;

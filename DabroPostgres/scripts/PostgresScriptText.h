@@ -3,11 +3,10 @@
 #pragma once
 
 #include "core/DXError.h"
+#include "driver/PostgresCatalogueQuery.h"
 
 #include <QList>
 #include <QString>
-
-#include <utility>
 
 class DabroDBC;
 
@@ -23,10 +22,16 @@ QString escaped(const QString &name);
 QString escapedPath(const QString &schema, const QString &name);
 
 /// A placeholder with its braces, and what takes its place.
-using Replacement = std::pair<QLatin1String, QString>;
+struct Replacement
+{
+    QLatin1String placeholder;
+    QString text;
+    /// Whether text leaves the query what it is. Not to be guessed for more than a name.
+    bool isPlain = PostgresCatalogueQuery::isPlainName(text);
+};
 /// The named query called title with every placeholder replaced. What is put in is not searched
 /// for placeholders again. [any]
-QString query(const QString &title, const QList<Replacement> &replacements);
+PostgresCatalogueQuery query(const QString &title, const QList<Replacement> &replacements);
 
 /// The comment that stands in for what could not be loaded: "table definition", "columns", and so
 /// on. [any]
@@ -38,6 +43,7 @@ QString reportedFailure(QLatin1String what, const DXError &error, const QString 
 /// The definition of a view or function: the first column of the last row that query returns, or
 /// the comment about its failure. Among rows that say in a column "schema_name" where their object
 /// lives, those of schema win. [background]
-QString definition(const DabroDBC &details, const QString &query, const QString &schema = {});
+QString definition(const DabroDBC &details, const PostgresCatalogueQuery &query,
+                   const QString &schema = {});
 
 } // namespace PostgresScriptText

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "dispatch/DXSemaphore.h"
 #include "tree/DatabaseTreeEntryServerRoot.h"
 
 class DabroDatabaseClient;

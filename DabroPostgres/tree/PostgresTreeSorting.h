@@ -10,11 +10,6 @@ namespace PostgresTreeSorting
 
 /// Tables, views and materialized views: first those of the default schema, then the others by
 /// schema as people read it, and by name within a schema, capitals first.
-DXDatabaseTreeEntry::List tables(const DXDatabaseTreeEntry::List &entries);
-
-/// Entries by their names, given in the same order, as people read them; equal ones keep their
-/// order.
-DXDatabaseTreeEntry::List byName(const DXDatabaseTreeEntry::List &entries,
-                                 const QStringList &names);
+DXDatabaseTreeEntry::List tables(DXDatabaseTreeEntry::List entries);
 
 } // namespace PostgresTreeSorting

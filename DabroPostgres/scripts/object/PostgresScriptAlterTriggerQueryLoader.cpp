@@ -16,7 +16,7 @@ QString PostgresScriptAlterTriggerQueryLoader::script(const DabroDBC &details) c
 {
     const QString table =
         PostgresScriptText::escapedPath(m_internalTriggerSchema, m_internalTableName);
-    const QString query =
+    const PostgresCatalogueQuery query =
         PostgresScriptText::query(QStringLiteral("Postgres_AlterTrigger"),
                                   {{QLatin1String("{TRIGGER_NAME}"), m_internalTriggerName},
                                    {QLatin1String("{SCHEMA_NAME}"), m_internalTriggerSchema},

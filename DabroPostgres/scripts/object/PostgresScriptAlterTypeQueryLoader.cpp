@@ -15,7 +15,7 @@ PostgresScriptAlterTypeQueryLoader::PostgresScriptAlterTypeQueryLoader(const Ini
 
 QString PostgresScriptAlterTypeQueryLoader::script(const DabroDBC &details) const
 {
-    const QString query = PostgresScriptText::query(
+    const PostgresCatalogueQuery query = PostgresScriptText::query(
         QStringLiteral("Postgres_ListDetailsForCustomType"),
         {{QLatin1String("{TYPE_SCHEMA}"), m_schema}, {QLatin1String("{TYPE_NAME}"), m_typeName}});
     QStringList lines;

@@ -16,7 +16,7 @@ PostgresScriptAlterUserEnumerationQueryLoader::PostgresScriptAlterUserEnumeratio
 
 QString PostgresScriptAlterUserEnumerationQueryLoader::script(const DabroDBC &details) const
 {
-    const QString query = PostgresScriptText::query(
+    const PostgresCatalogueQuery query = PostgresScriptText::query(
         QStringLiteral("Postgres_ListDetailsForEnumType"),
         {{QLatin1String("{TYPE_SCHEMA}"), m_schema}, {QLatin1String("{TYPE_NAME}"), m_typeName}});
     QStringList lines;

@@ -14,5 +14,6 @@ QString PostgresScriptDropDatabaseQueryLoader::script(const DabroDBC &details) c
 {
     Q_UNUSED(details)
     return PostgresScriptText::query(QStringLiteral("DropDatabase"),
-                                     {{QLatin1String("{DATABASE}"), m_databaseName}});
+                                     {{QLatin1String("{DATABASE}"), m_databaseName}})
+        .text();
 }

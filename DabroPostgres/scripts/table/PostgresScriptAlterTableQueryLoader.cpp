@@ -34,7 +34,7 @@ PostgresScriptAlterTableQueryLoader::PostgresScriptAlterTableQueryLoader(const I
 
 QString PostgresScriptAlterTableQueryLoader::script(const DabroDBC &details) const
 {
-    const QString query =
+    const PostgresCatalogueQuery query =
         PostgresScriptText::query(QStringLiteral("Table_AlterQuery"),
                                   {{QLatin1String("{TABLE_NAME}"), m_internalTableName},
                                    {QLatin1String("{TABLE_SCHEMA}"), m_internalSchemaName}});
@@ -55,7 +55,7 @@ QString PostgresScriptAlterTableQueryLoader::script(const DabroDBC &details) con
     if (error)
         return PostgresScriptText::reportedFailure(
             QLatin1String("table definition"), error,
-            QStringLiteral("postgres.queryLoader.alterTableQuery"), query);
+            QStringLiteral("postgres.queryLoader.alterTableQuery"), query.text());
     return QStringLiteral("CREATE TABLE %1 (\r\n%2\r\n);")
         .arg(PostgresScriptText::escapedPath(schema, table), lines.join(QLatin1String(",\r\n")));
 }

@@ -62,7 +62,7 @@ QString PostgresScriptCreateTableQueryLoader::creationQueryForTable(const QStrin
                                                                     const QString &inSchema,
                                                                     const DabroDBC &dbConnection)
 {
-    const QString query = PostgresScriptText::query(
+    const PostgresCatalogueQuery query = PostgresScriptText::query(
         QStringLiteral("Table_AlterQuery"),
         {{QLatin1String("{TABLE_NAME}"), table},
          {QLatin1String("{TABLE_SCHEMA}"), inSchema},
@@ -80,7 +80,7 @@ QString PostgresScriptCreateTableQueryLoader::creationQueryForTable(const QStrin
     if (error)
         return PostgresScriptText::reportedFailure(
             QLatin1String("table definition"), error,
-            QStringLiteral("postgres.queryLoader.createTableQuery"), query);
+            QStringLiteral("postgres.queryLoader.createTableQuery"), query.text());
     return definition.statement(PostgresScriptText::escapedPath(inSchema, table));
 }
 

@@ -14,7 +14,7 @@ PostgresScriptInsertToTableQueryLoader::PostgresScriptInsertToTableQueryLoader(
 
 QString PostgresScriptInsertToTableQueryLoader::script(const DabroDBC &details) const
 {
-    const QString query = PostgresScriptText::query(
+    const PostgresCatalogueQuery query = PostgresScriptText::query(
         QStringLiteral("Table_ColumnsForDesigner"),
         {{QLatin1String("{TABLE_SCHEMA}"), m_internalTablePath.value(0)},
          {QLatin1String("{TABLE_NAME}"), m_internalTablePath.value(m_internalTablePath.size() - 1)},
@@ -35,7 +35,7 @@ QString PostgresScriptInsertToTableQueryLoader::script(const DabroDBC &details) 
     if (error)
         return PostgresScriptText::reportedFailure(
             QLatin1String("columns"), error,
-            QStringLiteral("postgres.queryLoader.scriptInsertToTableQuery"), query);
+            QStringLiteral("postgres.queryLoader.scriptInsertToTableQuery"), query.text());
     return QStringLiteral("INSERT INTO %1 (%2) VALUES(/* user required */);")
         .arg(PostgresDatabaseClient::escapeTablePaths(m_internalTablePath),
              columns.join(QLatin1String(", ")));

@@ -12,8 +12,8 @@ PostgresScriptAlterMateralizedViewQueryLoader::PostgresScriptAlterMateralizedVie
 
 QString PostgresScriptAlterMateralizedViewQueryLoader::script(const DabroDBC &details) const
 {
-    const QString query = PostgresScriptText::query(QStringLiteral("View_AlterMateralizedQuery"),
-                                                    {{QLatin1String("{VIEW_NAME}"), m_view}});
+    const PostgresCatalogueQuery query = PostgresScriptText::query(
+        QStringLiteral("View_AlterMateralizedQuery"), {{QLatin1String("{VIEW_NAME}"), m_view}});
     return QStringLiteral("-- The structure of a materialized view cannot directly be modified, so "
                           "we must first drop the existing view/\r\n"
                           "DROP MATERIALIZED VIEW %1;\r\n\r\n"

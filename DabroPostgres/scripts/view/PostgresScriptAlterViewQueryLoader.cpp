@@ -10,8 +10,8 @@ PostgresScriptAlterViewQueryLoader::PostgresScriptAlterViewQueryLoader(const QSt
 
 QString PostgresScriptAlterViewQueryLoader::script(const DabroDBC &details) const
 {
-    const QString query = PostgresScriptText::query(QStringLiteral("View_AlterQuery"),
-                                                    {{QLatin1String("{VIEW_NAME}"), m_view}});
+    const PostgresCatalogueQuery query = PostgresScriptText::query(
+        QStringLiteral("View_AlterQuery"), {{QLatin1String("{VIEW_NAME}"), m_view}});
     return QStringLiteral("CREATE OR REPLACE VIEW %1 AS\r\n%2")
         .arg(PostgresScriptText::escaped(m_view), PostgresScriptText::definition(details, query));
 }

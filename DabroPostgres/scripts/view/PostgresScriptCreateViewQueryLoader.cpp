@@ -23,8 +23,8 @@ QString PostgresScriptCreateViewQueryLoader::queryForCreateView(const QString &v
                                                                 const QString &inSchema,
                                                                 const DabroDBC &dbConnectionDetails)
 {
-    const QString query = PostgresScriptText::query(QStringLiteral("View_AlterQuery"),
-                                                    {{QLatin1String("{VIEW_NAME}"), view}});
+    const PostgresCatalogueQuery query = PostgresScriptText::query(
+        QStringLiteral("View_AlterQuery"), {{QLatin1String("{VIEW_NAME}"), view}});
     return QStringLiteral("CREATE OR REPLACE VIEW %1 AS\r\n%2")
         .arg(PostgresScriptText::escapedPath(inSchema, view),
              PostgresScriptText::definition(dbConnectionDetails, query, inSchema));
@@ -33,8 +33,8 @@ QString PostgresScriptCreateViewQueryLoader::queryForCreateView(const QString &v
 QString PostgresScriptCreateViewQueryLoader::queryForMaterializedCreateView(
     const QString &view, const QString &inSchema, const DabroDBC &dbConnectionDetails)
 {
-    const QString query = PostgresScriptText::query(QStringLiteral("View_AlterMateralizedQuery"),
-                                                    {{QLatin1String("{VIEW_NAME}"), view}});
+    const PostgresCatalogueQuery query = PostgresScriptText::query(
+        QStringLiteral("View_AlterMateralizedQuery"), {{QLatin1String("{VIEW_NAME}"), view}});
     return QStringLiteral("CREATE MATERIALIZED VIEW %1 AS\r\n%2")
         .arg(PostgresScriptText::escapedPath(inSchema, view),
              PostgresScriptText::definition(dbConnectionDetails, query, inSchema));

@@ -81,7 +81,8 @@ void PostgresDatabaseTreeEntryDatabaseTable::loadEntries(DXError *error)
         loadTableEntries(error);
 }
 
-QString PostgresDatabaseTreeEntryDatabaseTable::columnsQuery(const QString &title) const
+PostgresCatalogueQuery
+PostgresDatabaseTreeEntryDatabaseTable::columnsQuery(const QString &title) const
 {
     const QString name = PostgresDatabaseClient::escapeTableNameIfRequired(tableName());
     return PostgresScriptText::query(title, {{QLatin1String("{TABLE_SCHEMA}"), m_schema},
@@ -90,14 +91,15 @@ QString PostgresDatabaseTreeEntryDatabaseTable::columnsQuery(const QString &titl
 
 void PostgresDatabaseTreeEntryDatabaseTable::loadTableEntries(DXError *error)
 {
-    const QString query = columnsQuery(QStringLiteral("Postgres_ListColumnsInTable"));
+    const PostgresCatalogueQuery query =
+        columnsQuery(QStringLiteral("Postgres_ListColumnsInTable"));
     List children;
     DXError failure;
     PostgresCatalogueReader::read(
         *databaseConnectionDetails(), query,
         [&](const DatabaseResultSet &row) { children.append(makeColumn(row)); }, &failure);
     PostgresTreeQuery::reportFailure(
-        failure, QStringLiteral("postgres.databaseTree.loadColumnsForTable"), query, error);
+        failure, QStringLiteral("postgres.databaseTree.loadColumnsForTable"), query.text(), error);
     setChildEntries(children + makeFolders());
 }
 

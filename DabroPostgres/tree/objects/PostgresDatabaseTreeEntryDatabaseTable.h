@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "driver/PostgresCatalogueQuery.h"
 #include "tree/DatabaseTreeEntryTable.h"
 
 class DatabaseResultSet;
@@ -24,7 +25,7 @@ public:
     };
     explicit PostgresDatabaseTreeEntryDatabaseTable(const Init &init);
 
-    QString schema() const { return m_schema; }
+    const QString &schema() const { return m_schema; }
     QString defaultSchema() const { return m_defaultSchema; }
     bool isInDefaultSchema() const
     {
@@ -57,7 +58,7 @@ protected:
 
 private:
     bool isTable() const { return m_tableType == TableType::Table; }
-    QString columnsQuery(const QString &title) const;
+    PostgresCatalogueQuery columnsQuery(const QString &title) const;
     void loadTableEntries(DXError *error);
     void loadColumnsForMateralizedView(DXError *error);
     std::shared_ptr<DXDatabaseTreeEntry> makeColumn(const DatabaseResultSet &row);

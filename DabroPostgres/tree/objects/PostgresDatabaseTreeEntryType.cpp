@@ -73,7 +73,7 @@ void PostgresDatabaseTreeEntryType::loadEntries(DXError *error)
         loadEntriesForEnumType(error);
 }
 
-QString PostgresDatabaseTreeEntryType::detailsQuery(const QString &title) const
+PostgresCatalogueQuery PostgresDatabaseTreeEntryType::detailsQuery(const QString &title) const
 {
     return PostgresScriptText::query(title, {{QLatin1String("{TYPE_SCHEMA}"), m_schema},
                                              {QLatin1String("{TYPE_NAME}"), m_typeName}});
@@ -81,7 +81,8 @@ QString PostgresDatabaseTreeEntryType::detailsQuery(const QString &title) const
 
 void PostgresDatabaseTreeEntryType::loadColumnsForUserType(DXError *error)
 {
-    const QString query = detailsQuery(QStringLiteral("Postgres_ListDetailsForCustomType"));
+    const PostgresCatalogueQuery query =
+        detailsQuery(QStringLiteral("Postgres_ListDetailsForCustomType"));
     List children;
     DXError failure;
     PostgresCatalogueReader::read(
@@ -89,8 +90,9 @@ void PostgresDatabaseTreeEntryType::loadColumnsForUserType(DXError *error)
         [&](const DatabaseResultSet &row) { children.append(makeAttribute(row)); }, &failure);
     if (!failure)
         setChildEntries(children);
-    PostgresTreeQuery::reportFailure(
-        failure, QStringLiteral("postgres.databaseTree.loadColumnsForUserType"), query, error);
+    PostgresTreeQuery::reportFailure(failure,
+                                     QStringLiteral("postgres.databaseTree.loadColumnsForUserType"),
+                                     query.text(), error);
 }
 
 void PostgresDatabaseTreeEntryType::loadEntriesForEnumType(DXError *error)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "driver/PostgresCatalogueQuery.h"
 #include "tree/DXDatabaseTreeEntry.h"
 
 class DatabaseResultSet;
@@ -43,7 +44,7 @@ protected:
     void loadEntries(DXError *error) override;
 
 private:
-    QString detailsQuery(const QString &title) const;
+    PostgresCatalogueQuery detailsQuery(const QString &title) const;
     void loadColumnsForUserType(DXError *error);
     void loadEntriesForEnumType(DXError *error);
     std::shared_ptr<DXDatabaseTreeEntry> makeAttribute(const DatabaseResultSet &row);

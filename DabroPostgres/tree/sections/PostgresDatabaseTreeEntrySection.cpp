@@ -6,9 +6,12 @@
 #include "client/DabroDatabaseClient.h"
 #include "client/DabroDatabaseConnectionPool.h"
 #include "client/DatabaseResultSet.h"
+#include "core/DXCollationKeys.h"
 #include "driver/PostgresCatalogueReader.h"
 #include "driver/PostgresDefaultSchemaHelper.h"
 #include "tree/PostgresTreeQuery.h"
+
+#include <utility>
 
 PostgresDatabaseTreeEntrySection::PostgresDatabaseTreeEntrySection(const QString &parentSchema)
     : m_parentSchema(parentSchema)
@@ -43,11 +46,15 @@ void PostgresDatabaseTreeEntrySection::loadEntries(DXError *error)
     const auto details = databaseConnectionDetails();
     // One copy serves all nodes of a load: none of them changes it.
     const auto entryDetails = sharesConnectionDetails() ? details : details->copy();
-    QString sent = query({});
+    PostgresCatalogueQuery sent = query({});
     List entries;
+    DXCollationKeys names;
     const auto add = [&](const DatabaseResultSet &row) {
         entries.append(makeEntry(row, naming));
-        adoptChild(*entries.constLast(), entryDetails);
+        const auto &entry = entries.constLast();
+        adoptChild(*entry, entryDetails);
+        if (const auto name = sortName(*entry))
+            names.add(*name);
     };
     DXError failure;
     DabroDatabaseConnectionPool::executeQuery(
@@ -57,13 +64,47 @@ void PostgresDatabaseTreeEntrySection::loadEntries(DXError *error)
         },
         *details, &failure);
     if (!failure)
-        setChildEntries(sorted(entries));
-    PostgresTreeQuery::reportFailure(failure, errorDomain(), sent, error);
+        setChildEntries(names.size() > 0 ? byName(std::move(entries), names)
+                                         : sorted(std::move(entries)));
+    PostgresTreeQuery::reportFailure(failure, errorDomain(), sent.text(), error);
 }
 
-QString PostgresDatabaseTreeEntrySection::schemaClause(const QString &format) const
+DXDatabaseTreeEntry::List
+PostgresDatabaseTreeEntrySection::byName(List entries, const DXCollationKeys &names) const
 {
-    return m_parentSchema.isEmpty() ? QString() : QString(format).replace(u"%1"_qs, m_parentSchema);
+    List sorted;
+    sorted.reserve(entries.size());
+    const auto &all = std::as_const(entries);
+    const auto before = [&](qsizetype left, qsizetype right) {
+        return comesBefore(*all[left], *all[right]);
+    };
+    for (const qsizetype index : names.sortedIndexes(before))
+        sorted.append(all[index]);
+    return sorted;
+}
+
+std::optional<QString>
+PostgresDatabaseTreeEntrySection::sortName(const DXDatabaseTreeEntry &entry) const
+{
+    Q_UNUSED(entry)
+    return std::nullopt;
+}
+
+bool PostgresDatabaseTreeEntrySection::comesBefore(const DXDatabaseTreeEntry &left,
+                                                   const DXDatabaseTreeEntry &right) const
+{
+    Q_UNUSED(left)
+    Q_UNUSED(right)
+    return false;
+}
+
+PostgresScriptText::Replacement
+PostgresDatabaseTreeEntrySection::schemaClause(const QString &format) const
+{
+    return {.placeholder = QLatin1String("{SCHEMA_CLAUSE}"),
+            .text = m_parentSchema.isEmpty() ? QString()
+                                             : QString(format).replace(u"%1"_qs, m_parentSchema),
+            .isPlain = PostgresCatalogueQuery::isPlainName(m_parentSchema)};
 }
 
 QString PostgresDatabaseTreeEntrySection::text(const DatabaseResultSet &row, quint32 column)

@@ -2,9 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "scripts/PostgresScriptText.h"
 #include "tree/DXDatabaseTreeEntry.h"
 
+#include <optional>
+
 class DatabaseResultSet;
+class DXCollationKeys;
 
 /// A folder that lists the objects of one kind: what all such folders do alike. A kind tells its
 /// title, its query, how a row becomes a node, and the order of the nodes.
@@ -26,7 +30,7 @@ protected:
     void loadEntries(DXError *error) final;
 
     /// The text of the query for a server of this version; null when it is not known yet. [any]
-    virtual QString query(const QString &serverVersion) const = 0;
+    virtual PostgresCatalogueQuery query(const QString &serverVersion) const = 0;
     /// The domain of errors of a load.
     virtual QString errorDomain() const = 0;
     /// How objects are named, for their constructors.
@@ -37,12 +41,18 @@ protected:
     };
     virtual std::shared_ptr<DXDatabaseTreeEntry> makeEntry(const DatabaseResultSet &row,
                                                            const Naming &naming) const = 0;
-    virtual List sorted(const List &entries) const { return entries; }
+    /// What the node is sorted by as people read it; nothing where sorted() sorts.
+    virtual std::optional<QString> sortName(const DXDatabaseTreeEntry &entry) const;
+    /// Whether left comes before right where these names read alike.
+    virtual bool comesBefore(const DXDatabaseTreeEntry &left,
+                             const DXDatabaseTreeEntry &right) const;
+    virtual List sorted(List entries) const { return entries; }
     /// Whether the nodes have the section's connection details, rather than a copy.
     virtual bool sharesConnectionDetails() const { return false; }
 
-    /// format with %1 replaced by the parent schema as it is; empty without one.
-    QString schemaClause(const QString &format) const;
+    /// What replaces "{SCHEMA_CLAUSE}": format with %1 replaced by the parent schema as it is;
+    /// nothing without one.
+    PostgresScriptText::Replacement schemaClause(const QString &format) const;
     /// A cell as text.
     static QString text(const DatabaseResultSet &row, quint32 column);
 
@@ -51,6 +61,7 @@ protected:
 
 private:
     Naming prepareNaming();
+    List byName(List entries, const DXCollationKeys &names) const;
 
     const QString m_parentSchema;
     mutable std::mutex m_mutex;

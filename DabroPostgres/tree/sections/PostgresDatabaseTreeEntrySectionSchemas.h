@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "dispatch/DXSemaphore.h"
 #include "tree/DXDatabaseTreeEntry.h"
 
 /// A folder "Schemas", which no node holds and which stays empty.

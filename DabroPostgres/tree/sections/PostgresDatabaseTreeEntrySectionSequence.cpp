@@ -4,7 +4,6 @@
 
 #include "scripts/PostgresScriptText.h"
 #include "tree/PostgresTreeMenu.h"
-#include "tree/PostgresTreeSorting.h"
 #include "tree/PostgresTreeText.h"
 #include "tree/objects/PostgresDatabaseTreeEntrySequence.h"
 
@@ -25,12 +24,12 @@ DXMenu PostgresDatabaseTreeEntrySectionSequence::menu()
     return PostgresTreeMenu(*this).newQuery().separator().refresh().menu();
 }
 
-QString PostgresDatabaseTreeEntrySectionSequence::query(const QString &serverVersion) const
+PostgresCatalogueQuery
+PostgresDatabaseTreeEntrySectionSequence::query(const QString &serverVersion) const
 {
     Q_UNUSED(serverVersion)
-    return PostgresScriptText::query(
-        QStringLiteral("Postgres_ListUserSequences"),
-        {{QLatin1String("{SCHEMA_CLAUSE}"), schemaClause(QStringLiteral("AND n.nspname = '%1'"))}});
+    return PostgresScriptText::query(QStringLiteral("Postgres_ListUserSequences"),
+                                     {schemaClause(QStringLiteral("AND n.nspname = '%1'"))});
 }
 
 QString PostgresDatabaseTreeEntrySectionSequence::errorDomain() const
@@ -48,11 +47,8 @@ PostgresDatabaseTreeEntrySectionSequence::makeEntry(const DatabaseResultSet &row
                                                      .displaySchema = naming.displaySchema});
 }
 
-DXDatabaseTreeEntry::List
-PostgresDatabaseTreeEntrySectionSequence::sorted(const List &entries) const
+std::optional<QString>
+PostgresDatabaseTreeEntrySectionSequence::sortName(const DXDatabaseTreeEntry &entry) const
 {
-    QStringList names;
-    for (const auto &entry : entries)
-        names.append(static_cast<const Sequence &>(*entry).sequenceName());
-    return PostgresTreeSorting::byName(entries, names);
+    return static_cast<const Sequence &>(entry).sequenceName();
 }

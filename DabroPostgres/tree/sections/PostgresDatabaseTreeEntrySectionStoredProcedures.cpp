@@ -5,10 +5,7 @@
 #include "scripts/PostgresScriptText.h"
 #include "tree/PostgresTreeMenu.h"
 #include "tree/PostgresTreeQuery.h"
-#include "tree/PostgresTreeSorting.h"
 #include "tree/objects/PostgresDatabaseTreeEntryFunction.h"
-
-#include <algorithm>
 
 using Function = PostgresDatabaseTreeEntryFunction;
 
@@ -33,12 +30,13 @@ DXMenu PostgresDatabaseTreeEntrySectionStoredProcedures::menu()
         .menu();
 }
 
-QString PostgresDatabaseTreeEntrySectionStoredProcedures::query(const QString &serverVersion) const
+PostgresCatalogueQuery
+PostgresDatabaseTreeEntrySectionStoredProcedures::query(const QString &serverVersion) const
 {
     return PostgresScriptText::query(
         PostgresTreeQuery::titleFor(QStringLiteral("List_StoredProceduresInDatabase_NonSystem"),
                                     serverVersion),
-        {{QLatin1String("{SCHEMA_CLAUSE}"), schemaClause(QStringLiteral("AND n.nspname = '%1'"))}});
+        {schemaClause(QStringLiteral("AND n.nspname = '%1'"))});
 }
 
 QString PostgresDatabaseTreeEntrySectionStoredProcedures::errorDomain() const
@@ -63,16 +61,16 @@ PostgresDatabaseTreeEntrySectionStoredProcedures::makeEntry(const DatabaseResult
     return function;
 }
 
-DXDatabaseTreeEntry::List
-PostgresDatabaseTreeEntrySectionStoredProcedures::sorted(const List &entries) const
+std::optional<QString>
+PostgresDatabaseTreeEntrySectionStoredProcedures::sortName(const DXDatabaseTreeEntry &entry) const
 {
-    List byOverload = entries;
-    std::stable_sort(byOverload.begin(), byOverload.end(), [](const auto &left, const auto &right) {
-        return static_cast<const Function &>(*left).functionOverload()
-               < static_cast<const Function &>(*right).functionOverload();
-    });
-    QStringList names;
-    for (const auto &entry : std::as_const(byOverload))
-        names.append(static_cast<const Function &>(*entry).functionName());
-    return PostgresTreeSorting::byName(byOverload, names);
+    return static_cast<const Function &>(entry).functionName();
+}
+
+// The overloads of a name.
+bool PostgresDatabaseTreeEntrySectionStoredProcedures::comesBefore(
+    const DXDatabaseTreeEntry &left, const DXDatabaseTreeEntry &right) const
+{
+    return static_cast<const Function &>(left).functionOverload()
+           < static_cast<const Function &>(right).functionOverload();
 }

@@ -52,12 +52,12 @@ DXMenu PostgresDatabaseTreeEntrySectionTables::menu()
         .menu();
 }
 
-QString PostgresDatabaseTreeEntrySectionTables::query(const QString &serverVersion) const
+PostgresCatalogueQuery
+PostgresDatabaseTreeEntrySectionTables::query(const QString &serverVersion) const
 {
     Q_UNUSED(serverVersion)
     return PostgresScriptText::query(QStringLiteral("Postgres_ListDatabaseTables"),
-                                     {{QLatin1String("{SCHEMA_CLAUSE}"),
-                                       schemaClause(QStringLiteral("AND table_schema = '%1'"))}});
+                                     {schemaClause(QStringLiteral("AND table_schema = '%1'"))});
 }
 
 QString PostgresDatabaseTreeEntrySectionTables::errorDomain() const
@@ -75,9 +75,9 @@ PostgresDatabaseTreeEntrySectionTables::makeEntry(const DatabaseResultSet &row,
                                                .displaySchema = naming.displaySchema});
 }
 
-DXDatabaseTreeEntry::List PostgresDatabaseTreeEntrySectionTables::sortTables(const List &tables)
+DXDatabaseTreeEntry::List PostgresDatabaseTreeEntrySectionTables::sortTables(List tables)
 {
-    return PostgresTreeSorting::tables(tables);
+    return PostgresTreeSorting::tables(std::move(tables));
 }
 
 void PostgresDatabaseTreeEntrySectionTables::addTable(const QString &tableName,

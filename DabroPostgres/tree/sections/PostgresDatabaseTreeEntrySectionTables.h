@@ -18,17 +18,17 @@ public:
     /// default one. Nothing before the first load. [any]
     void addTable(const QString &tableName, const QString &tableSchema);
     /// As PostgresTreeSorting::tables(). [any]
-    static List sortTables(const List &tables);
+    static List sortTables(List tables);
 
     QString displayName() const override;
     DXMenu menu() override;
 
 protected:
-    QString query(const QString &serverVersion) const override;
+    PostgresCatalogueQuery query(const QString &serverVersion) const override;
     QString errorDomain() const override;
     std::shared_ptr<DXDatabaseTreeEntry> makeEntry(const DatabaseResultSet &row,
                                                    const Naming &naming) const override;
-    List sorted(const List &entries) const override { return sortTables(entries); }
+    List sorted(List entries) const override { return sortTables(std::move(entries)); }
     bool sharesConnectionDetails() const override { return true; }
 
 private:

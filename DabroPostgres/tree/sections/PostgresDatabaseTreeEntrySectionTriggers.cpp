@@ -4,7 +4,6 @@
 
 #include "scripts/PostgresScriptText.h"
 #include "tree/PostgresTreeMenu.h"
-#include "tree/PostgresTreeSorting.h"
 #include "tree/PostgresTreeText.h"
 #include "tree/objects/PostgresDatabaseTreeEntryTrigger.h"
 
@@ -35,7 +34,8 @@ DXMenu PostgresDatabaseTreeEntrySectionTriggers::menu()
     return PostgresTreeMenu(*this).newQuery().separator().refresh().menu();
 }
 
-QString PostgresDatabaseTreeEntrySectionTriggers::query(const QString &serverVersion) const
+PostgresCatalogueQuery
+PostgresDatabaseTreeEntrySectionTriggers::query(const QString &serverVersion) const
 {
     Q_UNUSED(serverVersion)
     return PostgresScriptText::query(QStringLiteral("Postgres_ListTriggersForTable"),
@@ -60,11 +60,8 @@ PostgresDatabaseTreeEntrySectionTriggers::makeEntry(const DatabaseResultSet &row
                       .defaultSchema = naming.defaultSchema});
 }
 
-DXDatabaseTreeEntry::List
-PostgresDatabaseTreeEntrySectionTriggers::sorted(const List &entries) const
+std::optional<QString>
+PostgresDatabaseTreeEntrySectionTriggers::sortName(const DXDatabaseTreeEntry &entry) const
 {
-    QStringList names;
-    for (const auto &entry : entries)
-        names.append(static_cast<const Trigger &>(*entry).triggerName());
-    return PostgresTreeSorting::byName(entries, names);
+    return static_cast<const Trigger &>(entry).triggerName();
 }

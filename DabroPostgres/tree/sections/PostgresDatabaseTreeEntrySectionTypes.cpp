@@ -4,7 +4,6 @@
 
 #include "scripts/PostgresScriptText.h"
 #include "tree/PostgresTreeMenu.h"
-#include "tree/PostgresTreeSorting.h"
 #include "tree/PostgresTreeText.h"
 #include "tree/objects/PostgresDatabaseTreeEntryType.h"
 
@@ -25,12 +24,12 @@ DXMenu PostgresDatabaseTreeEntrySectionTypes::menu()
     return PostgresTreeMenu(*this).newQuery().separator().refresh().menu();
 }
 
-QString PostgresDatabaseTreeEntrySectionTypes::query(const QString &serverVersion) const
+PostgresCatalogueQuery
+PostgresDatabaseTreeEntrySectionTypes::query(const QString &serverVersion) const
 {
     Q_UNUSED(serverVersion)
-    return PostgresScriptText::query(
-        QStringLiteral("Postgres_ListCustomTypes"),
-        {{QLatin1String("{SCHEMA_CLAUSE}"), schemaClause(QStringLiteral("AND n.nspname = '%1'"))}});
+    return PostgresScriptText::query(QStringLiteral("Postgres_ListCustomTypes"),
+                                     {schemaClause(QStringLiteral("AND n.nspname = '%1'"))});
 }
 
 QString PostgresDatabaseTreeEntrySectionTypes::errorDomain() const
@@ -50,10 +49,8 @@ PostgresDatabaseTreeEntrySectionTypes::makeEntry(const DatabaseResultSet &row,
                                              .displaySchema = naming.displaySchema});
 }
 
-DXDatabaseTreeEntry::List PostgresDatabaseTreeEntrySectionTypes::sorted(const List &entries) const
+std::optional<QString>
+PostgresDatabaseTreeEntrySectionTypes::sortName(const DXDatabaseTreeEntry &entry) const
 {
-    QStringList names;
-    for (const auto &entry : entries)
-        names.append(static_cast<const Type &>(*entry).typeName());
-    return PostgresTreeSorting::byName(entries, names);
+    return static_cast<const Type &>(entry).typeName();
 }

@@ -14,9 +14,9 @@ public:
     DXMenu menu() override;
 
 protected:
-    QString query(const QString &serverVersion) const override;
+    PostgresCatalogueQuery query(const QString &serverVersion) const override;
     QString errorDomain() const override;
     std::shared_ptr<DXDatabaseTreeEntry> makeEntry(const DatabaseResultSet &row,
                                                    const Naming &naming) const override;
-    List sorted(const List &entries) const override;
+    std::optional<QString> sortName(const DXDatabaseTreeEntry &entry) const override;
 };

@@ -24,7 +24,8 @@ DXMenu PostgresDatabaseTreeEntrySectionViews::menu()
     return PostgresTreeMenu(*this).newQuery().separator().newView().separator().refresh().menu();
 }
 
-QString PostgresDatabaseTreeEntrySectionViews::query(const QString &serverVersion) const
+PostgresCatalogueQuery
+PostgresDatabaseTreeEntrySectionViews::query(const QString &serverVersion) const
 {
     Q_UNUSED(serverVersion)
     const QString title = m_materializedViews
@@ -32,8 +33,7 @@ QString PostgresDatabaseTreeEntrySectionViews::query(const QString &serverVersio
                               : QStringLiteral("Postgres_ListDatabaseViews");
     const QString clause = m_materializedViews ? QStringLiteral("AND schemaname = '%1'")
                                                : QStringLiteral("AND table_schema = '%1'");
-    return PostgresScriptText::query(title,
-                                     {{QLatin1String("{SCHEMA_CLAUSE}"), schemaClause(clause)}});
+    return PostgresScriptText::query(title, {schemaClause(clause)});
 }
 
 QString PostgresDatabaseTreeEntrySectionViews::errorDomain() const
@@ -56,7 +56,7 @@ PostgresDatabaseTreeEntrySectionViews::makeEntry(const DatabaseResultSet &row,
     return view;
 }
 
-DXDatabaseTreeEntry::List PostgresDatabaseTreeEntrySectionViews::sortViews(const List &views)
+DXDatabaseTreeEntry::List PostgresDatabaseTreeEntrySectionViews::sortViews(List views)
 {
-    return PostgresTreeSorting::tables(views);
+    return PostgresTreeSorting::tables(std::move(views));
 }

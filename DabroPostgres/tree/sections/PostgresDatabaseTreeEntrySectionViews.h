@@ -16,17 +16,17 @@ public:
     void setMaterializedViews(bool materializedViews) { m_materializedViews = materializedViews; }
 
     /// As PostgresTreeSorting::tables(). [any]
-    static List sortViews(const List &views);
+    static List sortViews(List views);
 
     QString displayName() const override;
     DXMenu menu() override;
 
 protected:
-    QString query(const QString &serverVersion) const override;
+    PostgresCatalogueQuery query(const QString &serverVersion) const override;
     QString errorDomain() const override;
     std::shared_ptr<DXDatabaseTreeEntry> makeEntry(const DatabaseResultSet &row,
                                                    const Naming &naming) const override;
-    List sorted(const List &entries) const override { return sortViews(entries); }
+    List sorted(List entries) const override { return sortViews(std::move(entries)); }
     bool sharesConnectionDetails() const override { return true; }
 
 private:

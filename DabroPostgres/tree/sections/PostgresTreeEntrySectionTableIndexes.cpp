@@ -22,14 +22,15 @@ DXMenu PostgresTreeEntrySectionTableIndexes::menu()
     return PostgresTreeMenu(*this).refresh().menu();
 }
 
-QString PostgresTreeEntrySectionTableIndexes::query(const QString &serverVersion) const
+PostgresCatalogueQuery
+PostgresTreeEntrySectionTableIndexes::query(const QString &serverVersion) const
 {
     Q_UNUSED(serverVersion)
     const PostgresScriptText::Replacement schema =
         m_init.schema.isEmpty()
-            ? PostgresScriptText::Replacement(QLatin1String("'{TABLE_SCHEMA}'"),
-                                              QStringLiteral("(current_schemas(false))[1]"))
-            : PostgresScriptText::Replacement(QLatin1String("{TABLE_SCHEMA}"), m_init.schema);
+            ? PostgresScriptText::Replacement{QLatin1String("'{TABLE_SCHEMA}'"),
+                                              QStringLiteral("(current_schemas(false))[1]"), false}
+            : PostgresScriptText::Replacement{QLatin1String("{TABLE_SCHEMA}"), m_init.schema};
     return PostgresScriptText::query(QStringLiteral("Table_IndexesForDesigner"),
                                      {schema, {QLatin1String("{TABLE_NAME}"), m_init.tableName}});
 }

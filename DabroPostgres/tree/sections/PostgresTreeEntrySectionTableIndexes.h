@@ -25,7 +25,7 @@ public:
     DXMenu menu() override;
 
 protected:
-    QString query(const QString &serverVersion) const override;
+    PostgresCatalogueQuery query(const QString &serverVersion) const override;
     QString errorDomain() const override;
     std::shared_ptr<DXDatabaseTreeEntry> makeEntry(const DatabaseResultSet &row,
                                                    const Naming &naming) const override;

@@ -36,7 +36,7 @@ protected:
     }
 
     /// The first cells of the rows, or the failure.
-    QString read(const QString &query,
+    QString read(const PostgresCatalogueQuery &query,
                  PostgresCatalogueReader::Access access = PostgresCatalogueReader::Access::ReadOnly)
     {
         QStringList cells;
@@ -109,6 +109,26 @@ TEST_F(PostgresCatalogueReaderTest, leavesAnOpenTransactionAsItWas)
                 HasSubstr("cannot execute nextval()"));
     execute(QStringLiteral("INSERT INTO kept VALUES (8); COMMIT"));
     EXPECT_EQ(read(QStringLiteral("SELECT id FROM kept ORDER BY id")), QStringLiteral("7 8"));
+}
+
+// A plain query goes without a transaction of its own, and stays within one of the caller's.
+TEST_F(PostgresCatalogueReaderTest, readsPlainQueriesAsTheyAre)
+{
+    const auto plain = [](const char *text) {
+        return PostgresCatalogueQuery::plain(QString::fromLatin1(text));
+    };
+    EXPECT_EQ(read(plain("SELECT pg_catalog.current_setting('transaction_read_only')")),
+              QStringLiteral("off"));
+    EXPECT_EQ(read(QStringLiteral("SELECT pg_catalog.current_setting('transaction_read_only')")),
+              QStringLiteral("on"));
+    EXPECT_THAT(read(plain("SELECT 1/0")).toStdString(), HasSubstr("division by zero"));
+    EXPECT_EQ(read(plain("SELECT n FROM pg_catalog.generate_series(1, 3) AS n")),
+              QStringLiteral("1 2 3"));
+    inBackground([this] { client.beginTransaction(nullptr); });
+    EXPECT_THAT(read(plain("SELECT 1/0")).toStdString(), HasSubstr("division by zero"));
+    EXPECT_EQ(read(plain("SELECT 1")), QStringLiteral("1")) << "the transaction goes on";
+    client.disconnect();
+    EXPECT_THAT(read(plain("SELECT 1")).toStdString(), HasSubstr("connection is closed"));
 }
 
 TEST_F(PostgresCatalogueReaderTest, tellsOnceOfAServerThatDied)

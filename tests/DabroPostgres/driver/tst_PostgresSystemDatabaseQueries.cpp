@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "driver/PostgresSystemDatabaseQueries.h"
 
+#include "driver/PostgresCatalogueQuery.h"
 #include "driver/PostgresPropertyList.h"
 #include "support/PrintQt.h"
 
@@ -38,8 +39,8 @@ bool isTemplate(const QString &title)
     return title.startsWith(QLatin1String("New")) || title == QLatin1String("DropDatabase");
 }
 
-/// The queries as their callers run them, for some table or the like, by title.
-QMap<QString, QString> filledQueries()
+/// The queries as their callers run them, for some table or the like of this name, by title.
+QMap<QString, QString> filledQueries(const QString &name = QStringLiteral("pg_database"))
 {
     static const QRegularExpression placeholder(QStringLiteral("\\{([A-Z_]+)\\}"));
     QMap<QString, QString> queries;
@@ -49,7 +50,7 @@ QMap<QString, QString> filledQueries()
             continue;
         QString query = PostgresSystemDatabaseQueries::queryByTitle(title);
         query.remove(QStringLiteral("{SCHEMA_CLAUSE}"));
-        query.replace(placeholder, QStringLiteral("pg_database"));
+        query.replace(placeholder, name);
         queries.insert(title, query);
     }
     return queries;
@@ -106,6 +107,15 @@ QStringList hijackableNames(const QString &sql)
     return found;
 }
 
+/// What sql does, whatever its constants and comments; the message for one that cannot be read.
+std::string meaningOf(const QString &sql)
+{
+    const PgQueryFingerprintResult result = pg_query_fingerprint(sql.toUtf8().constData());
+    std::string meaning = result.error ? result.error->message : result.fingerprint_str;
+    pg_query_free_fingerprint_result(result);
+    return meaning;
+}
+
 TEST(PostgresSystemDatabaseQueries, holdsEveryFileOfTheFolderTrimmed)
 {
     const QStringList titles = titlesOnDisk();
@@ -128,6 +138,21 @@ TEST(PostgresSystemDatabaseQueries, answersNothingForAnUnknownTitle)
     EXPECT_TRUE(PostgresPropertyList::dictionary(QStringLiteral("Missing")).isEmpty());
     EXPECT_TRUE(PostgresPropertyList::array(QStringLiteral("Missing")).isEmpty());
     EXPECT_TRUE(PostgresPropertyList::array(QStringLiteral("PostgreSQLBackingQueries")).isEmpty());
+}
+
+// Names are placed where nothing but a quote or a backslash in them could do harm.
+TEST(PostgresSystemDatabaseQueries, keepTheirMeaningForEveryPlainName)
+{
+    EXPECT_NE(meaningOf(QStringLiteral("SELECT 1")), meaningOf(QStringLiteral("SELECT a FROM t")));
+    const QString name = QStringLiteral("a\n); DROP TABLE t; -- \" $$ */ /* {TABLE_NAME} \u2019");
+    ASSERT_TRUE(PostgresCatalogueQuery::isPlainName(name));
+    const QMap<QString, QString> usual = filledQueries();
+    const QMap<QString, QString> odd = filledQueries(name);
+    for (auto query = usual.begin(); query != usual.end(); ++query)
+        EXPECT_EQ(meaningOf(odd.value(query.key())), meaningOf(*query))
+            << query.key().toStdString();
+    for (const char *hostile : {"o'clock", "'", "a\\", "\\"})
+        EXPECT_FALSE(PostgresCatalogueQuery::isPlainName(QString::fromLatin1(hostile)));
 }
 
 TEST(PostgresSystemDatabaseQueries, namesNothingThatAHostileSchemaCouldReplace)
