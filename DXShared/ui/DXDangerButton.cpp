@@ -4,30 +4,39 @@
 
 #include "ui/DXTheme.h"
 
-#include <QEvent>
+#include <QPainter>
 
 DXDangerButton::DXDangerButton(const QString &text, QWidget *parent)
     : QPushButton(text, parent)
 {
     setAutoDefault(false);
-    applyTheme();
+    setAttribute(Qt::WA_Hover);
 }
 
-void DXDangerButton::changeEvent(QEvent *event)
+// Styles brighten the colour of a button in ways of their own, and the text on it fades.
+void DXDangerButton::paintEvent(QPaintEvent *event)
 {
-    QPushButton::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange)
-        applyTheme();
-}
-
-void DXDangerButton::applyTheme()
-{
-    const DXTheme &theme = DXTheme::of(palette());
-    QPalette colors = palette();
-    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-        colors.setColor(group, QPalette::Button, theme.danger);
-        colors.setColor(group, QPalette::ButtonText, theme.surface);
+    if (!isEnabled()) {
+        QPushButton::paintEvent(event);
+        return;
     }
-    if (colors != palette())
-        setPalette(colors);
+    constexpr qreal radius = 3;
+    const DXTheme &theme = DXTheme::of(palette());
+    QColor fill = theme.danger;
+    if (isDown())
+        fill = fill.darker(120);
+    else if (underMouse())
+        fill = fill.darker(108);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(fill);
+    const QRectF shape = QRectF(rect()).adjusted(1, 1, -1, -1);
+    painter.drawRoundedRect(shape, radius, radius);
+    painter.setPen(theme.surface);
+    painter.drawText(shape, Qt::AlignCenter | Qt::TextShowMnemonic, text());
+    if (!hasFocus())
+        return;
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(shape.adjusted(2.5, 2.5, -2.5, -2.5), radius - 1, radius - 1);
 }

@@ -16,8 +16,5 @@ public:
     explicit DXDangerButton(const QString &text, QWidget *parent = nullptr);
 
 protected:
-    void changeEvent(QEvent *event) override;
-
-private:
-    void applyTheme();
+    void paintEvent(QPaintEvent *event) override;
 };

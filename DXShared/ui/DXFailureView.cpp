@@ -6,6 +6,7 @@
 
 #include <QClipboard>
 #include <QEvent>
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -38,6 +39,8 @@ DXFailureView::DXFailureView(QWidget *parent)
     m_text->setFrameShape(NoFrame);
     m_text->setAccessibleName(tr("What the server said"));
     m_text->setTabChangesFocus(true);
+    // Servers point with a caret at what stands above it.
+    m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_text->document()->setDocumentMargin(0);
     m_copy->setAutoDefault(false);
     connect(m_copy, &QPushButton::clicked, this, [this] {
@@ -68,17 +71,38 @@ QString DXFailureView::text() const
 
 void DXFailureView::showFailure(const QString &headline, const QString &text)
 {
+    tell(Kind::Failure, headline, text);
+}
+
+void DXFailureView::showNote(const QString &headline)
+{
+    tell(Kind::Note, headline, QString());
+}
+
+void DXFailureView::tell(Kind kind, const QString &headline, const QString &text)
+{
+    m_kind = kind;
+    m_copy->setVisible(kind == Kind::Failure);
     m_headline->setText(headline);
     m_text->setPlainText(text);
     m_text->setVisible(!text.isEmpty());
+    applyTheme();
     fitText();
     show();
 }
 
 void DXFailureView::fitText()
 {
-    const int lines = std::clamp(m_text->document()->blockCount() + 1, 2, mostLines);
-    m_text->setFixedHeight(lines * m_text->fontMetrics().lineSpacing() + 4);
+    // QPlainTextEdit counts the height of its document in lines, as they are broken.
+    const int lines = static_cast<int>(m_text->document()->size().height());
+    m_text->setFixedHeight(std::clamp(lines, 1, mostLines) * m_text->fontMetrics().lineSpacing()
+                           + 4);
+}
+
+void DXFailureView::resizeEvent(QResizeEvent *event)
+{
+    QFrame::resizeEvent(event);
+    fitText();
 }
 
 void DXFailureView::changeEvent(QEvent *event)
@@ -92,7 +116,7 @@ void DXFailureView::applyTheme()
 {
     const DXTheme &theme = DXTheme::of(palette());
     QPalette headline = m_headline->palette();
-    headline.setColor(QPalette::WindowText, theme.danger);
+    headline.setColor(QPalette::WindowText, m_kind == Kind::Failure ? theme.danger : theme.text);
     m_headline->setPalette(headline);
     QPalette text = m_text->palette();
     text.setColor(QPalette::Base, theme.surface);
@@ -105,5 +129,6 @@ void DXFailureView::paintEvent(QPaintEvent *event)
     const DXTheme &theme = DXTheme::of(palette());
     QPainter painter(this);
     painter.fillRect(rect(), theme.surface);
-    painter.fillRect(QRect(0, 0, barWidth, height()), theme.danger);
+    painter.fillRect(QRect(0, 0, barWidth, height()),
+                     m_kind == Kind::Failure ? theme.danger : theme.secondaryText);
 }

@@ -107,7 +107,7 @@ DXQueryPreviewSheet::DXQueryPreviewSheet(const Settings &settings, QWidget *wind
     m_patience.setSingleShot(true);
     m_patience.setInterval(patience);
     connect(&m_patience, &QTimer::timeout, this, &DXQueryPreviewSheet::showProgress);
-    resize(560, 320);
+    resize(560, 288);
     setState(State::Loading);
 }
 
@@ -181,7 +181,6 @@ QLayout *DXQueryPreviewSheet::createButtons()
     for (QPushButton *const button : {m_copy, m_openInTab, m_cancel, m_accept})
         button->setAutoDefault(false);
     (m_settings.isDestructive ? m_cancel : m_accept)->setDefault(true);
-    m_cancel->setFocus();
     connect(m_copy, &QPushButton::clicked, this, &DXQueryPreviewSheet::copyScript);
     connect(m_openInTab, &QPushButton::clicked, this, &DXQueryPreviewSheet::openInQueryTab);
     connect(m_cancel, &QPushButton::clicked, this, &DXQueryPreviewSheet::reject);
@@ -211,7 +210,6 @@ void DXQueryPreviewSheet::setState(State state)
     m_accept->setEnabled(state == State::Ready);
     m_copy->setEnabled(state != State::Loading);
     m_openInTab->setEnabled(state == State::Ready);
-    m_cancel->setEnabled(state != State::Cancelling);
     if (state == State::Loading || state == State::Running) {
         m_patience.start();
     } else if (state != State::Cancelling) {
@@ -230,6 +228,8 @@ void DXQueryPreviewSheet::showProgress()
 
 void DXQueryPreviewSheet::open()
 {
+    // The first in the window would have it, which is the editor.
+    m_cancel->setFocus();
     QDialog::open();
     m_settings.queryLoader->setDelegate(m_receiver);
     m_settings.queryLoader->beginLoadingQuery(*m_settings.connectionDetails);
@@ -249,7 +249,7 @@ void DXQueryPreviewSheet::loaded(const QString &script)
     setState(m_statements.isEmpty() ? State::Unavailable : State::Ready);
     if (m_statements.isEmpty())
         m_failure->showFailure(tr("There is nothing to run: the statements could not be made."),
-                               script.trimmed());
+                               QString());
 }
 
 void DXQueryPreviewSheet::run()
@@ -258,6 +258,8 @@ void DXQueryPreviewSheet::run()
         return;
     m_failure->hide();
     m_editor->clearMarks();
+    // A button that is disabled hands the focus on to the next.
+    m_cancel->setFocus();
     setState(State::Running);
     using Transaction = DXScriptRun::Transaction;
     m_run = std::make_shared<DXScriptRun>(DXScriptRun::Init{
@@ -289,6 +291,10 @@ void DXQueryPreviewSheet::ended(const DXScriptRun::Outcome &outcome)
     setState(State::Ready);
     if (outcome.isSuccess()) {
         accept();
+        return;
+    }
+    if (outcome.isCancelled && outcome.changes != DXScriptRun::Changes::Unknown) {
+        m_failure->showNote(headlineFor(outcome));
         return;
     }
     m_editor->markErrors(outcome.error.queryErrorRanges());

@@ -29,9 +29,13 @@ public:
     DXMenu menu() override
     {
         DXMenu menu(u"Root"_qs);
-        menu.addItem(u"Count"_qs, [this] { ++chosen; });
+        menu.addItem({.title = u"Count"_qs,
+                      .action = [this] { ++chosen; },
+                      .submenu = {},
+                      .key = DXMenu::Key::Drop});
         menu.addSeparator();
-        menu.addItem(u"Later"_qs, {});
+        menu.addItem(
+            {.title = u"Later"_qs, .action = {}, .submenu = {}, .key = DXMenu::Key::Rename});
         DXMenu script(u"Script as"_qs);
         script.addItem(u"CREATE to"_qs, [this] { chosen += 10; });
         menu.addSubmenu(script);
@@ -52,6 +56,7 @@ public:
         return hits.isEmpty() ? nullptr : copy;
     }
 
+    using DXDatabaseTreeEntry::setChildEntries;
     List next;
     DXError nextError;
     int chosen = 0;
@@ -207,6 +212,81 @@ TEST_F(DXDatabaseTreeViewTest, passesOnWhatTheUserDoes)
     EXPECT_FALSE(menu->actions()[2]->isEnabled());
     menu->actions()[3]->menu()->actions()[0]->trigger();
     EXPECT_EQ(root->chosen, 11);
+    EXPECT_EQ(menu->actions()[0]->shortcut(), QKeySequence(Qt::Key_Delete));
+    QTest::keyClick(tree(), Qt::Key_Delete);
+    QTest::keyClick(tree(), Qt::Key_F2);
+    EXPECT_EQ(root->chosen, 12);
+    view.deselectAll();
+    QTest::keyClick(tree(), Qt::Key_Delete);
+    EXPECT_EQ(root->chosen, 12);
+}
+
+TEST_F(DXDatabaseTreeViewTest, staysUnfoldedAndSelectedWhenALoadBringsOthers)
+{
+    const auto root = branch("shop");
+    const auto makeTables = [](const QStringList &names) {
+        const auto tables = branch("Tables");
+        for (const QString &name : names) {
+            const auto table = std::make_shared<Branch>(name);
+            table->next = {branch("id")};
+            tables->next.append(table);
+        }
+        return tables;
+    };
+    const auto refresh = [&](const QStringList &names) {
+        root->next = {branch("Views"), makeTables(names)};
+        view.doRefreshDatabaseTreeEntry(root);
+    };
+    const auto indexOf = [&](const QStringList &path) {
+        QModelIndex index = model().indexOf(*root);
+        for (const QString &name : path) {
+            const auto matches = model().match(model().index(0, 0, index), Qt::DisplayRole, name, 1,
+                                               Qt::MatchExactly);
+            index = matches.isEmpty() ? QModelIndex() : matches.first();
+        }
+        return index;
+    };
+    root->next = {makeTables({u"items"_qs, u"orders"_qs})};
+    view.addRoot(root);
+    ASSERT_TRUE(becomes(u"shop\n Tables\n"_qs));
+    tree()->expand(indexOf({u"Tables"_qs}));
+    ASSERT_TRUE(becomes(u"shop\n Tables\n  items\n  orders\n"_qs));
+    tree()->expand(indexOf({u"Tables"_qs, u"orders"_qs}));
+    const QString unfolded = u"  orders\n   id\n"_qs;
+    ASSERT_TRUE(becomes(u"shop\n Tables\n  items\n"_qs + unfolded));
+    tree()->setCurrentIndex(indexOf({u"Tables"_qs, u"orders"_qs, u"id"_qs}));
+
+    const auto before = view.currentlySelectedDatabaseTreeEntry();
+    refresh({u"a"_qs, u"items"_qs, u"orders"_qs});
+    EXPECT_TRUE(becomes(u"shop\n Views\n Tables\n  a\n  items\n"_qs + unfolded))
+        << qPrintable(shown());
+    const auto after = view.currentlySelectedDatabaseTreeEntry();
+    ASSERT_TRUE(after);
+    EXPECT_NE(after, before);
+    EXPECT_EQ(after->displayName(), u"id"_qs);
+
+    // What the user does meanwhile counts.
+    tree()->collapse(indexOf({u"Tables"_qs, u"orders"_qs}));
+    view.deselectAll();
+    refresh({u"orders"_qs});
+    EXPECT_TRUE(becomes(u"shop\n Views\n Tables\n  orders\n"_qs)) << qPrintable(shown());
+    EXPECT_FALSE(view.currentlySelectedDatabaseTreeEntry());
+    view.addRoot(branch("other"));
+    EXPECT_TRUE(becomes(u"shop\n Views\n Tables\n  orders\nother\n"_qs)) << qPrintable(shown());
+}
+
+TEST_F(DXDatabaseTreeViewTest, selectsNothingInPlaceOfWhatWasRemoved)
+{
+    const auto root = branch("shop");
+    root->next = {branch("items"), branch("orders")};
+    view.addRoot(root);
+    ASSERT_TRUE(becomes(u"shop\n items\n orders\n"_qs));
+    tree()->setCurrentIndex(model().index(0, 0, model().indexOf(*root)));
+    root->removeChild(*view.currentlySelectedDatabaseTreeEntry());
+    view.deselectAll();
+    view.reloadData();
+    EXPECT_TRUE(becomes(u"shop\n orders\n"_qs)) << qPrintable(shown());
+    EXPECT_FALSE(view.currentlySelectedDatabaseTreeEntry());
 }
 
 TEST_F(DXDatabaseTreeViewTest, showsTheLastSearchOnly)
@@ -219,6 +299,13 @@ TEST_F(DXDatabaseTreeViewTest, showsTheLastSearchOnly)
     field->setFocus();
     QTest::keyClicks(field, u"order_"_qs);
     EXPECT_TRUE(becomes(u"shop\n order_items\n"_qs)) << qPrintable(shown());
+    // Another look at the server found more.
+    auto more = *root->childEntries();
+    more.append(branch("order_notes"));
+    root->setChildEntries(more);
+    root->delegate()->databaseTreeEntryDidUpdateSearchResults(*root);
+    EXPECT_TRUE(becomes(u"shop\n order_items\n order_notes\n"_qs)) << qPrintable(shown());
+    root->removeChild(*more.last());
     QTest::keyClicks(field, u"nothing"_qs);
     EXPECT_TRUE(becomes(QString())) << qPrintable(shown());
     QTest::keyClick(field, Qt::Key_Escape);
