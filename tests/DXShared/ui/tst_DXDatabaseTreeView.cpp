@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/DXWait.h"
+#include "tree/ColumnDetailsTableCellView.h"
 #include "tree/DXMenu.h"
 #include "ui/DXDatabaseTreeModel.h"
 #include "ui/DXDatabaseTreeView.h"
@@ -77,6 +78,27 @@ private:
         }
         setChildEntries(next);
     }
+};
+
+/// One of several of its name, which its cell tells apart.
+class Overload final : public DXDatabaseTreeEntry
+{
+public:
+    explicit Overload(const QString &arguments)
+        : m_arguments(arguments)
+    {
+        setDisplayName(u"shop.total"_qs);
+        setDetails(arguments);
+    }
+    QString tableCellIdentifier() const override { return u"ColumnDetailsTableCellView"_qs; }
+    void prepareCell(ColumnDetailsTableCellView &cell) const override
+    {
+        cell.columnNameTextField = u"total"_qs;
+        cell.columnDetailsTextField = u'(' + m_arguments + u')';
+    }
+
+private:
+    const QString m_arguments;
 };
 
 class NoWindow final : public DXDatabaseTreeViewControllerDelegate
@@ -273,6 +295,29 @@ TEST_F(DXDatabaseTreeViewTest, staysUnfoldedAndSelectedWhenALoadBringsOthers)
     EXPECT_FALSE(view.currentlySelectedDatabaseTreeEntry());
     view.addRoot(branch("other"));
     EXPECT_TRUE(becomes(u"shop\n Views\n Tables\n  orders\nother\n"_qs)) << qPrintable(shown());
+}
+
+TEST_F(DXDatabaseTreeViewTest, showsWhatACellIsFilledWith)
+{
+    const auto root = branch("shop");
+    const auto overloads = [] {
+        return DXDatabaseTreeEntry::List{std::make_shared<Overload>(u"integer"_qs),
+                                         std::make_shared<Overload>(u"text"_qs)};
+    };
+    root->next = overloads();
+    view.addRoot(root);
+    ASSERT_TRUE(becomes(u"shop\n total\n total\n"_qs)) << qPrintable(shown());
+    const QModelIndex second = model().index(1, 0, model().indexOf(*root));
+    EXPECT_EQ(second.data(DXDatabaseTreeModel::DetailsRole), u"(text)"_qs);
+    EXPECT_EQ(second.data(Qt::ToolTipRole), u"shop.total (text)"_qs);
+
+    tree()->setCurrentIndex(second);
+    const auto before = view.currentlySelectedDatabaseTreeEntry();
+    root->next = overloads();
+    view.doRefreshDatabaseTreeEntry(root);
+    ASSERT_TRUE(
+        DXWait::until([&] { return view.currentlySelectedDatabaseTreeEntry() == root->next[1]; }));
+    EXPECT_NE(view.currentlySelectedDatabaseTreeEntry(), before);
 }
 
 TEST_F(DXDatabaseTreeViewTest, selectsNothingInPlaceOfWhatWasRemoved)
