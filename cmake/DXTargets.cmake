@@ -67,13 +67,14 @@ function(dx_add_driver driver)
     install(TARGETS ${driver} LIBRARY DESTINATION ${DX_DRIVER_INSTALL_DIR} COMPONENT dabro-runtime)
 endfunction()
 
-# dx_add_app_library(<folder> SOURCES … [USES target …] [PRIVATE lib …])
+# dx_add_app_library(<folder> [MOC] SOURCES … [USES target …] [PRIVATE lib …])
 # One folder of the app: the static library dabro_<folder>_core, which its program and the tests link.
 function(dx_add_app_library folder)
-    cmake_parse_arguments(arg "" "" "SOURCES;USES;PRIVATE" ${ARGN})
+    cmake_parse_arguments(arg "MOC" "" "SOURCES;USES;PRIVATE" ${ARGN})
     _dx_stage_headers(app ${folder})
     list(TRANSFORM arg_SOURCES PREPEND ${folder}/)
     add_library(dabro_${folder}_core STATIC ${arg_SOURCES})
+    set_target_properties(dabro_${folder}_core PROPERTIES AUTOMOC ${arg_MOC})
     target_link_libraries(dabro_${folder}_core PUBLIC app_${folder}_headers ${arg_USES}
         PRIVATE DXCompiler ${arg_PRIVATE})
 endfunction()

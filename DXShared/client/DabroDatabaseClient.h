@@ -66,6 +66,9 @@ public:
                                      DXError *error) = 0;
     /// Asks the server to stop the running query. True when the request was sent. [any]
     virtual bool cancelCurrentQuery(DXError *error) = 0;
+    /// Breaks the connection under whoever waits for it, for a server that no longer answers: what
+    /// runs fails at once. Does not block; nothing for clients that are not connected. [any]
+    virtual void abandonConnection() = 0;
 
     /// *Slot decides*, all three.
     virtual bool beginTransaction(DXError *error) = 0;

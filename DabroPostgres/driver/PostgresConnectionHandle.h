@@ -23,9 +23,7 @@ class PostgresConnectionHandle final
 {
 public:
     /// Takes ownership; connection may be null or in a failed state.
-    explicit PostgresConnectionHandle(PGconn *connection)
-        : m_connection(connection)
-    { }
+    explicit PostgresConnectionHandle(PGconn *connection);
     ~PostgresConnectionHandle() { close(); }
 
     /// Null once closed.
@@ -37,9 +35,14 @@ public:
     /// The current message as an error with an empty domain and code 0.
     DXError error() const { return {QStringLiteral(""), 0, errorMessage()}; }
     void close();
+    /// Breaks the connection without closing it: whoever waits for the server is told at once that
+    /// it is lost. May be called while another thread uses the connection, but not with close().
+    void abandon() const;
 
 private:
     Q_DISABLE_COPY_MOVE(PostgresConnectionHandle)
 
     PGconn *m_connection;
+    // Our own descriptor of libpq's socket, which libpq closes whenever it sees fit.
+    int m_socket = -1;
 };

@@ -65,6 +65,7 @@ public:
     bool executeQueryDetails(const QList<DXQueryDetails> &queryDetails, DXQueryResult &resultSet,
                              const std::function<void()> &block, DXError *error) override;
     bool cancelCurrentQuery(DXError *error) override;
+    void abandonConnection() override;
     bool beginTransaction(DXError *error) override;
     bool commitTransaction(DXError *error) override;
     bool rollbackTransaction(DXError *error) override;

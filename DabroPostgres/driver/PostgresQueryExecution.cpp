@@ -130,3 +130,10 @@ bool PostgresDatabaseClient::cancelCurrentQuery(DXError *error)
     DXLog(QStringLiteral("Cancel"));
     return true;
 }
+
+void PostgresDatabaseClient::abandonConnection()
+{
+    const std::lock_guard lock(m_handleMutex);
+    if (m_internalConnection)
+        m_internalConnection->abandon();
+}

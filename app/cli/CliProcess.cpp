@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <sys/prctl.h>
 
-void CliProcess::prepare()
+void CliProcess::prepare(const char *name)
 {
     constexpr int keep = 0;
-    ::setenv("PGAPPNAME", "dabro-cli", keep);
+    ::setenv("PGAPPNAME", name, keep);
     ::setenv("PGCONNECT_TIMEOUT", "15", keep);
     ::unsetenv("PGCLIENTENCODING");
 // The leak checker attaches to its own process.

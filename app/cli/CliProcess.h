@@ -6,9 +6,9 @@
 namespace CliProcess
 {
 
-/// Gives the server's client library what it reads from the environment (our name, a limit for
+/// Gives the server's client library what it reads from the environment (name as ours, a limit for
 /// connecting, no encoding but its caller's), and keeps our memory from core dumps and other
 /// processes of the same user (prctl(2), PR_SET_DUMPABLE). Before any thread starts. [main]
-void prepare();
+void prepare(const char *name);
 
 } // namespace CliProcess

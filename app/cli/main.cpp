@@ -11,7 +11,7 @@
 
 int main(int argc, char **argv)
 {
-    CliProcess::prepare();
+    CliProcess::prepare("dabro-cli");
     const QStringList arguments = CliArguments::take(argc, argv);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("dabro-cli"));

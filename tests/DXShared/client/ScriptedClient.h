@@ -59,6 +59,7 @@ public:
     bool resetSession(DXError *error) override;
     bool executeNonQuery(const QString &query, DXError *error) override;
     bool cancelCurrentQuery(DXError *error) override;
+    void abandonConnection() override { }
 
     std::unique_ptr<DatabaseResultSet> executeQuery(const QString &, DXError *) override
     {

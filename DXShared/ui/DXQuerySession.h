@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "client/DXQueryDetails.h"
+#include "core/DXError.h"
+#include "core/DXGlobal.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class DXQueryResult;
+class DXSSHDelegate;
+class DabroDBC;
+class DabroDatabaseClient;
+
+/// The connection of one query tab, which is nobody else's, so that its transaction and settings
+/// are its own. It connects when something is run and, without a word, again when the connection
+/// was lost while idle; nothing here waits for the server. [main], signals included.
+class DXSHARED_EXPORT DXQuerySession final : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class State {
+        Idle,
+        Connecting,
+        Running,
+        /// The server was asked to stop, and has not stopped yet.
+        Cancelling
+    };
+
+    struct Init
+    {
+        std::shared_ptr<DabroDBC> details;
+        /// Asks what ssh wants to know; may be null.
+        std::shared_ptr<DXSSHDelegate> sshDelegate = {};
+        /// How long a server may take to stop after it was asked, before the connection is broken.
+        std::chrono::milliseconds patience = std::chrono::seconds(5);
+    };
+    explicit DXQuerySession(const Init &init, QObject *parent = nullptr);
+    /// Stops what runs and breaks the connection, without waiting for either.
+    ~DXQuerySession() override;
+
+    const std::shared_ptr<DabroDBC> &details() const { return m_init.details; }
+    /// Leaves the connection for another one, which is made when something is run. False, and
+    /// nothing happens, while the session is busy or in a transaction.
+    bool setDetails(const std::shared_ptr<DabroDBC> &details);
+    State state() const { return m_state; }
+    bool isBusy() const { return m_state != State::Idle; }
+    /// How long the current or last run has taken, in milliseconds; 0 before the first.
+    qint64 elapsed() const;
+
+    /// Whether a transaction was open when the server was last heard of.
+    bool isInTransaction() const { return m_transaction.isValid(); }
+    /// For how long one has been open, in milliseconds.
+    qint64 transactionAge() const;
+    /// Whether what is run opens a transaction where none is open, for the user to commit.
+    bool commitsManually() const { return m_commitsManually; }
+    void setCommitsManually(bool manually) { m_commitsManually = manually; }
+
+    /// Null before the first connect.
+    QString serverVersion() const { return m_serverVersion; }
+    /// How the server is reached, for people.
+    QString connectionSummary() const { return m_connectionSummary; }
+
+    /// Connects, unless that is done.
+    void connectToServer();
+    /// Runs the statements as one batch and answers what they yield, which fills while they run.
+    /// Nothing while the session is busy.
+    std::shared_ptr<DXQueryResult> run(const QList<DXQueryDetails> &statements);
+    void commit();
+    void rollback();
+    /// Asks the server to stop what runs, and breaks the connection when it does not.
+    void cancel();
+
+Q_SIGNALS:
+    void stateChanged();
+    /// A statement began, ended, or yielded its first rows; at most once a turn of the event loop.
+    void progressed();
+    void noticeReceived(const QString &notice);
+    /// A lost connection was made anew: settings and temporary tables of the old one are gone.
+    void reconnected();
+    /// What was started has ended; error is empty when all went well.
+    void finished(const DXError &error);
+
+private:
+    class Result;
+    using Work = std::function<void(DabroDatabaseClient &client, DXError *error)>;
+    struct Outcome
+    {
+        DXError error = {};
+        QString serverVersion = {};
+        QString connectionSummary = {};
+        bool isInTransaction = false;
+    };
+
+    void createClient();
+    bool start(const Work &work);
+    void connected(bool again);
+    void ended(const Outcome &outcome);
+    void finish();
+    void requestCancel();
+    void abandon();
+    void setState(State state);
+
+    Init m_init;
+    std::shared_ptr<DabroDatabaseClient> m_client;
+    // Answers of an earlier run, or of a client that was given up, carry another number.
+    quint64 m_number = 0;
+    State m_state = State::Idle;
+    bool m_commitsManually = false;
+    bool m_wasConnected = false;
+    bool m_isCancelUnderWay = false;
+    std::optional<Outcome> m_outcome;
+    QElapsedTimer m_transaction;
+    QElapsedTimer m_run;
+    qint64 m_elapsed = 0;
+    QTimer m_cancelTimer;
+    QTimer m_patienceTimer;
+    QString m_serverVersion;
+    QString m_connectionSummary;
+};

@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/ActionSet.h"
+
+#include "ui/DXIcon.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QCoreApplication>
+#include <QMenu>
+#include <QWidget>
+
+namespace
+{
+
+using Id = ActionSet::Id;
+
+struct Definition
+{
+    Id id;
+    const char *title;
+    /// Separated as QKeySequence::listFromString() wants it.
+    const char *keys;
+    /// The name of the icon; empty for none.
+    const char *icon;
+};
+
+const Definition definitions[] = {
+    {Id::NewConnection, QT_TRANSLATE_NOOP("ActionSet", "&New connection…"), "Ctrl+N", ""},
+    {Id::Disconnect, QT_TRANSLATE_NOOP("ActionSet", "&Disconnect"), "", ""},
+    {Id::NewTab, QT_TRANSLATE_NOOP("ActionSet", "New &tab"), "Ctrl+T", ""},
+    {Id::Open, QT_TRANSLATE_NOOP("ActionSet", "&Open…"), "Ctrl+O", ""},
+    {Id::Save, QT_TRANSLATE_NOOP("ActionSet", "&Save"), "Ctrl+S", ""},
+    {Id::SaveAs, QT_TRANSLATE_NOOP("ActionSet", "Save &as…"), "Ctrl+Shift+S", ""},
+    {Id::CloseTab, QT_TRANSLATE_NOOP("ActionSet", "&Close tab"), "Ctrl+W", ""},
+    {Id::ReopenTab, QT_TRANSLATE_NOOP("ActionSet", "&Reopen closed tab"), "Ctrl+Shift+T", ""},
+    {Id::Quit, QT_TRANSLATE_NOOP("ActionSet", "&Quit"), "Ctrl+Q", ""},
+    {Id::Undo, QT_TRANSLATE_NOOP("ActionSet", "&Undo"), "Ctrl+Z", ""},
+    {Id::Redo, QT_TRANSLATE_NOOP("ActionSet", "&Redo"), "Ctrl+Shift+Z", ""},
+    {Id::Cut, QT_TRANSLATE_NOOP("ActionSet", "Cu&t"), "", ""},
+    {Id::Copy, QT_TRANSLATE_NOOP("ActionSet", "&Copy"), "", ""},
+    {Id::Paste, QT_TRANSLATE_NOOP("ActionSet", "&Paste"), "", ""},
+    {Id::Find, QT_TRANSLATE_NOOP("ActionSet", "&Find"), "Ctrl+F", ""},
+    {Id::Replace, QT_TRANSLATE_NOOP("ActionSet", "R&eplace"), "Ctrl+H", ""},
+    {Id::ToggleComment, QT_TRANSLATE_NOOP("ActionSet", "Toggle co&mment"), "Ctrl+/", ""},
+    {Id::Complete, QT_TRANSLATE_NOOP("ActionSet", "C&omplete"), "Ctrl+Space", ""},
+    {Id::RunStatement, QT_TRANSLATE_NOOP("ActionSet", "&Run"), "Ctrl+Return; Ctrl+Enter",
+     "Action-Run"},
+    {Id::RunAll, QT_TRANSLATE_NOOP("ActionSet", "Run &all"), "F5", "Action-RunAll"},
+    {Id::Cancel, QT_TRANSLATE_NOOP("ActionSet", "&Cancel"), "Ctrl+.", "Action-Cancel"},
+    {Id::Commit, QT_TRANSLATE_NOOP("ActionSet", "Co&mmit"), "", "Action-Commit"},
+    {Id::RollBack, QT_TRANSLATE_NOOP("ActionSet", "Roll &back"), "", "Action-RollBack"},
+    {Id::ManualCommit, QT_TRANSLATE_NOOP("ActionSet", "&Manual commit"), "", ""},
+    {Id::NextResult, QT_TRANSLATE_NOOP("ActionSet", "&Next result"), "Alt+Down", ""},
+    {Id::PreviousResult, QT_TRANSLATE_NOOP("ActionSet", "&Previous result"), "Alt+Up", ""},
+    {Id::CopyAs, QT_TRANSLATE_NOOP("ActionSet", "&Copy as…"), "Ctrl+Shift+C", ""},
+    {Id::SaveCsv, QT_TRANSLATE_NOOP("ActionSet", "&Save result as CSV…"), "", ""},
+    {Id::Sidebar, QT_TRANSLATE_NOOP("ActionSet", "&Sidebar"), "Ctrl+B", ""},
+    {Id::SearchTree, QT_TRANSLATE_NOOP("ActionSet", "Search the &tree"), "Ctrl+Shift+E", ""},
+    {Id::GoToObject, QT_TRANSLATE_NOOP("ActionSet", "&Go to object…"), "Ctrl+P", ""},
+    {Id::CommandPalette, QT_TRANSLATE_NOOP("ActionSet", "&Command palette…"), "Ctrl+Shift+P", ""},
+    {Id::Refresh, QT_TRANSLATE_NOOP("ActionSet", "&Refresh"), "Ctrl+R", ""},
+    {Id::NextTab, QT_TRANSLATE_NOOP("ActionSet", "&Next tab"), "Ctrl+Tab; Ctrl+PgDown", ""},
+    {Id::PreviousTab, QT_TRANSLATE_NOOP("ActionSet", "&Previous tab"), "Ctrl+Shift+Tab; Ctrl+PgUp",
+     ""},
+    {Id::ZoomIn, QT_TRANSLATE_NOOP("ActionSet", "Zoom &in"), "Ctrl++; Ctrl+=", ""},
+    {Id::ZoomOut, QT_TRANSLATE_NOOP("ActionSet", "Zoom &out"), "Ctrl+-", ""},
+    {Id::ResetZoom, QT_TRANSLATE_NOOP("ActionSet", "Reset &zoom"), "Ctrl+0", ""},
+    {Id::AppearanceSystem, QT_TRANSLATE_NOOP("ActionSet", "As the &desktop"), "", ""},
+    {Id::AppearanceLight, QT_TRANSLATE_NOOP("ActionSet", "&Light"), "", ""},
+    {Id::AppearanceDark, QT_TRANSLATE_NOOP("ActionSet", "Da&rk"), "", ""},
+    {Id::About, QT_TRANSLATE_NOOP("ActionSet", "&About"), "", ""},
+};
+
+} // namespace
+
+ActionSet::ActionSet(QWidget &window)
+    : m_window(window)
+{
+    for (const Definition &definition : definitions) {
+        auto *const action =
+            new QAction(QCoreApplication::translate("ActionSet", definition.title), &window);
+        action->setShortcuts(QKeySequence::listFromString(QLatin1String(definition.keys)));
+        // The window's own, so that a key works while its menu is not to be seen.
+        window.addAction(action);
+        m_actions.insert(definition.id, action);
+        m_order.append(action);
+    }
+    updateIcons();
+    auto *const appearances = new QActionGroup(&window);
+    for (const Id id : {Id::AppearanceSystem, Id::AppearanceLight, Id::AppearanceDark})
+        appearances->addAction(m_actions[id]);
+    for (const Id id : {Id::AppearanceSystem, Id::AppearanceLight, Id::AppearanceDark,
+                        Id::ManualCommit, Id::Sidebar})
+        m_actions[id]->setCheckable(true);
+    m_actions[Id::Sidebar]->setChecked(true);
+}
+
+void ActionSet::updateIcons() const
+{
+    for (const Definition &definition : definitions)
+        m_actions[definition.id]->setIcon(
+            DXIcon::named(QLatin1String(definition.icon), m_window.palette()));
+}
+
+void ActionSet::fill(QMenu &menu, const QList<QList<Id>> &groups) const
+{
+    for (const QList<Id> &group : groups) {
+        if (!menu.isEmpty())
+            menu.addSeparator();
+        for (const Id id : group)
+            menu.addAction(m_actions[id]);
+    }
+}
+
+void ActionSet::connect(Id id, const std::function<void()> &command) const
+{
+    QObject::connect(m_actions[id], &QAction::triggered, &m_window, command);
+}
+
+void ActionSet::connectToggle(Id id, const std::function<void(bool isOn)> &command) const
+{
+    QObject::connect(m_actions[id], &QAction::toggled, &m_window, command);
+}

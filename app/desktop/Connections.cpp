@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/Connections.h"
+
+#include "client/DXDBCTabColorHelper.h"
+#include "client/DabroDBC.h"
+#include "client/DabroDatabaseConnectionPool.h"
+#include "core/DXLogHelper.h"
+#include "plugin/DXDriverPlugin.h"
+#include "tree/DXDatabaseTreeContextHelper.h"
+#include "tree/DatabaseTreeEntryServerRoot.h"
+#include "ui/DXDatabaseTreeView.h"
+
+#include <algorithm>
+#include <typeinfo>
+
+namespace
+{
+
+// Databases of one server share its connection, and so its tree.
+bool isSameServer(const DabroDBC &one, const DabroDBC &other)
+{
+    if (!one.connectionId().isEmpty() || !other.connectionId().isEmpty())
+        return one.connectionId() == other.connectionId();
+    return one.host() == other.host() && one.port() == other.port()
+           && one.username() == other.username();
+}
+
+} // namespace
+
+QString Connections::Connection::title() const
+{
+    return details->alias().isEmpty() ? details->description() : details->alias();
+}
+
+QString Connections::Connection::color() const
+{
+    return DXDBCTabColorHelper::sharedInstance().colorForId(details->connectionId());
+}
+
+Connections::Connections(QObject *parent)
+    : QObject(parent)
+{ }
+
+Connections::~Connections() = default;
+
+void Connections::loadDrivers()
+{
+    if (std::exchange(m_isLoaded, true))
+        return;
+    m_drivers = DXDriverLoader::load(DXDriverLoader::searchPath());
+    for (const DXDriverLoader::Refusal &refusal : std::as_const(m_drivers.refusals))
+        DXLog(QStringLiteral("%1: %2").arg(refusal.path, refusal.reason));
+}
+
+QString Connections::product(const DabroDBC &details) const
+{
+    for (const DXDriverLoader::Driver &driver : m_drivers.drivers) {
+        const auto own = driver.plugin->createConnectionDetails();
+        if (typeid(*own) == typeid(details))
+            return driver.metadata.displayName;
+    }
+    return {};
+}
+
+std::shared_ptr<DabroDBC> Connections::createDetails() const
+{
+    return hasDriver() ? m_drivers.drivers.constFirst().plugin->createConnectionDetails() : nullptr;
+}
+
+std::shared_ptr<DabroDBC> Connections::detailsFromText(const QString &text, DXError *error) const
+{
+    if (!hasDriver()) {
+        DXError::report(error, DXError(QString(), 0,
+                                       tr("No driver could be loaded from %1.")
+                                           .arg(DXDriverLoader::searchPath().join(u", "))));
+        return {};
+    }
+    const QString scheme = text.section(QStringLiteral("://"), 0, 0);
+    const DXDriverLoader::Driver *driver = m_drivers.driverForScheme(scheme);
+    if (!driver)
+        driver = &m_drivers.drivers.constFirst();
+    return driver->plugin->connectionDetailsFromString(text, error);
+}
+
+QList<SQLRecentConnectionList *> Connections::savedConnections() const
+{
+    QList<SQLRecentConnectionList *> lists;
+    for (const DXDriverLoader::Driver &driver : m_drivers.drivers) {
+        if (auto *const list = driver.plugin->createConnectionDetails()->recentConnectionClass())
+            lists.append(list);
+    }
+    return lists;
+}
+
+const Connections::Connection *Connections::find(const DabroDBC &details) const
+{
+    const auto found = std::ranges::find_if(m_open, [&details](const Connection &connection) {
+        return isSameServer(*connection.details, details);
+    });
+    return found == m_open.cend() ? nullptr : &*found;
+}
+
+void Connections::open(const std::shared_ptr<DabroDBC> &details, DXDatabaseTreeView &view)
+{
+    if (find(*details))
+        return;
+    DXDBCTabColorHelper::sharedInstance().setColorFromAliasTemporaryForId(details->alias(),
+                                                                          details->connectionId());
+    Connection connection{.details = details,
+                          .root = details->createRootDatabaseTreeNode(),
+                          .helper = details->createDatabaseTreeContextHelper(view)};
+    if (!connection.helper)
+        connection.helper = std::make_shared<DXDatabaseTreeContextHelper>(view);
+    m_open.append(connection);
+    if (connection.root) {
+        connection.root->setContextHelper(connection.helper);
+        connection.root->setDatabaseConnectionDetails(details);
+        view.addRoot(connection.root);
+    }
+    Q_EMIT changed();
+}
+
+void Connections::close(const DabroDBC &details, DXDatabaseTreeView &view)
+{
+    const Connection *const found = find(details);
+    if (!found)
+        return;
+    const Connection connection = *found;
+    m_open.removeAt(found - m_open.constData());
+    if (connection.root)
+        view.removeRoot(connection.root);
+    DabroDatabaseConnectionPool::disconnectAll(*connection.details);
+    Q_EMIT changed();
+}

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/DXError.h"
+#include "plugin/DXDriverLoader.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class DXDatabaseTreeContextHelper;
+class DXDatabaseTreeView;
+class DabroDBC;
+class DatabaseTreeEntryServerRoot;
+class SQLRecentConnectionList;
+
+/// The drivers, and the connections that a window has open, each with its tree. [main]
+class Connections final : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Connection
+    {
+        std::shared_ptr<DabroDBC> details;
+        std::shared_ptr<DatabaseTreeEntryServerRoot> root;
+        std::shared_ptr<DXDatabaseTreeContextHelper> helper;
+
+        /// The user's name for it, else what it connects to.
+        QString title() const;
+        /// "#RRGGBB", or null.
+        QString color() const;
+    };
+
+    explicit Connections(QObject *parent = nullptr);
+    ~Connections() override;
+
+    /// Loads the drivers, unless that is done; what was refused is logged.
+    void loadDrivers();
+    bool hasDriver() const { return !m_drivers.drivers.isEmpty(); }
+    /// The name of the servers that details connect to, such as "PostgreSQL".
+    QString product(const DabroDBC &details) const;
+    /// A record of the first driver, for a new connection or an editor without one; null when there
+    /// is no driver.
+    std::shared_ptr<DabroDBC> createDetails() const;
+    /// The record that text, a URI or key/value string, describes; null, with error set, when no
+    /// driver reads it.
+    std::shared_ptr<DabroDBC> detailsFromText(const QString &text, DXError *error) const;
+    /// The saved connections of every driver that keeps any.
+    QList<SQLRecentConnectionList *> savedConnections() const;
+
+    const QList<Connection> &open() const { return m_open; }
+    /// The open connection that details, of any of its databases, belong to; null for none.
+    const Connection *find(const DabroDBC &details) const;
+    /// Shows the tree of details in view, unless it is there already.
+    void open(const std::shared_ptr<DabroDBC> &details, DXDatabaseTreeView &view);
+    void close(const DabroDBC &details, DXDatabaseTreeView &view);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    DXDriverLoader::Report m_drivers;
+    bool m_isLoaded = false;
+    QList<Connection> m_open;
+};

@@ -1,0 +1,258 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/Documents.h"
+
+#include "client/DabroDBC.h"
+#include "dispatch/DXDispatch.h"
+#include "ui/DXQuerySession.h"
+#include "ui/DXQueryTab.h"
+#include "ui/DXSQLEditor.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QSettings>
+#include <QStringDecoder>
+
+namespace
+{
+
+constexpr int mostClosed = 20;
+constexpr int mostRecent = 10;
+const QLatin1String recentKey("recentFiles");
+
+struct Content
+{
+    QByteArray bytes;
+    QString text;
+    QString failure;
+};
+
+Content read(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QFile::ReadOnly))
+        return {{}, {}, file.errorString()};
+    const QByteArray bytes = file.readAll();
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(bytes);
+    if (decoder.hasError())
+        return {{}, {}, Documents::tr("it is not a text in UTF-8")};
+    return {bytes, text, {}};
+}
+
+} // namespace
+
+Documents::Documents(QWidget *parent)
+    : QTabWidget(parent)
+{
+    setDocumentMode(true);
+    setTabsClosable(true);
+    setMovable(true);
+    setElideMode(Qt::ElideMiddle);
+    setAccessibleName(tr("Queries"));
+    connect(this, &QTabWidget::currentChanged, this,
+            [this] { Q_EMIT currentTabChanged(current()); });
+    connect(this, &QTabWidget::tabCloseRequested, this,
+            [this](int index) { requestClose(qobject_cast<DXQueryTab *>(widget(index))); });
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &Documents::fileChanged);
+}
+
+DXQueryTab *Documents::current() const
+{
+    return qobject_cast<DXQueryTab *>(currentWidget());
+}
+
+QList<DXQueryTab *> Documents::all() const
+{
+    QList<DXQueryTab *> tabs;
+    for (int index = 0; index < count(); ++index)
+        tabs.append(qobject_cast<DXQueryTab *>(widget(index)));
+    return tabs;
+}
+
+DXQueryTab *Documents::add(const std::shared_ptr<DabroDBC> &details, const QString &text)
+{
+    return insert({.title = tr("Query %1").arg(++m_lastNumber)}, details, text);
+}
+
+DXQueryTab *Documents::insert(const Document &document, const std::shared_ptr<DabroDBC> &details,
+                              const QString &text)
+{
+    auto *const tab = new DXQueryTab({.details = details, .sshDelegate = m_sshDelegate});
+    m_documents.insert(tab, document);
+    tab->editor().setText(text);
+    tab->editor().setModified(document.path.isNull() ? false : text.toUtf8() != document.content);
+    connect(&tab->editor(), &QsciScintilla::modificationChanged, this,
+            [this, tab] { updateTitle(*tab); });
+    connect(&tab->editor(), &QsciScintilla::textChanged, this,
+            [this, tab] { Q_EMIT textChanged(tab); });
+    Q_EMIT added(tab);
+    setCurrentIndex(addTab(tab, QString()));
+    updateTitle(*tab);
+    tab->editor().setFocus();
+    return tab;
+}
+
+void Documents::updateTitle(DXQueryTab &tab)
+{
+    const Document &document = m_documents[&tab];
+    const QString mark =
+        tab.editor().isModified() && !document.path.isNull() ? QStringLiteral(" ●") : QString();
+    // An ampersand would make a mnemonic of what follows it.
+    setTabText(indexOf(&tab), QString(document.title).replace(u'&', QStringLiteral("&&")) + mark);
+    setTabToolTip(indexOf(&tab), document.path);
+}
+
+void Documents::requestClose(DXQueryTab *tab)
+{
+    if (!tab || !tab->session().isInTransaction()) {
+        close(tab);
+        return;
+    }
+    auto *const question =
+        new QMessageBox(QMessageBox::Warning, tr("Close the tab?"),
+                        tr("A transaction is open in \"%1\". Closing the tab rolls it back.")
+                            .arg(m_documents[tab].title),
+                        QMessageBox::Cancel, tab);
+    question->setTextFormat(Qt::PlainText);
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    QPushButton *const rollBack =
+        question->addButton(tr("Roll back and close"), QMessageBox::DestructiveRole);
+    question->setDefaultButton(QMessageBox::Cancel);
+    connect(rollBack, &QPushButton::clicked, this, [this, tab] {
+        // Not from within the question, which the tab takes with it.
+        DXDispatch::main([this, tab = QPointer(tab)] { close(tab); });
+    });
+    question->open();
+}
+
+void Documents::close(DXQueryTab *tab)
+{
+    if (!tab)
+        return;
+    Q_EMIT removed(tab);
+    const Document document = m_documents.take(tab);
+    m_closed.append({document, tab->editor().text(), tab->details()});
+    if (m_closed.size() > mostClosed)
+        m_closed.removeFirst();
+    if (!document.path.isNull())
+        m_watcher.removePath(document.path);
+    removeTab(indexOf(tab));
+    delete tab;
+}
+
+void Documents::reopen()
+{
+    if (m_closed.isEmpty())
+        return;
+    const Closed closed = m_closed.takeLast();
+    insert(closed.document, closed.details, closed.text);
+    if (!closed.document.path.isNull())
+        m_watcher.addPath(closed.document.path);
+}
+
+void Documents::step(int tabs)
+{
+    if (count() > 0)
+        setCurrentIndex((currentIndex() + tabs + count()) % count());
+}
+
+QString Documents::path(const DXQueryTab &tab) const
+{
+    return m_documents.value(&tab).path;
+}
+
+void Documents::openFile(const QString &path, const std::shared_ptr<DabroDBC> &details)
+{
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    for (DXQueryTab *const tab : all()) {
+        if (m_documents[tab].path == absolute) {
+            setCurrentWidget(tab);
+            return;
+        }
+    }
+    const Content content = read(absolute);
+    if (!content.failure.isNull()) {
+        Q_EMIT failed(tr("Could not open %1: %2.").arg(path, content.failure));
+        return;
+    }
+    insert({QFileInfo(absolute).fileName(), absolute, content.bytes}, details, content.text);
+    m_watcher.addPath(absolute);
+    remember(absolute);
+}
+
+bool Documents::save(DXQueryTab &tab)
+{
+    const QString path = m_documents[&tab].path;
+    if (!path.isNull())
+        saveAs(tab, path);
+    return !path.isNull();
+}
+
+void Documents::saveAs(DXQueryTab &tab, const QString &path)
+{
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    const QByteArray bytes = tab.editor().text().toUtf8();
+    QSaveFile file(absolute);
+    Document &document = m_documents[&tab];
+    if (!document.path.isNull())
+        m_watcher.removePath(document.path);
+    const bool isSaved =
+        file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    if (isSaved) {
+        document = {QFileInfo(absolute).fileName(), absolute, bytes};
+        tab.editor().setModified(false);
+        updateTitle(tab);
+        remember(absolute);
+    } else {
+        Q_EMIT failed(tr("Could not save %1: %2. The text is still in its tab.")
+                          .arg(absolute, file.errorString()));
+    }
+    if (!document.path.isNull())
+        m_watcher.addPath(document.path);
+}
+
+// Another program's changes are taken over where nothing is lost by it.
+void Documents::fileChanged(const QString &path)
+{
+    for (DXQueryTab *const tab : all()) {
+        Document &document = m_documents[tab];
+        if (document.path != path)
+            continue;
+        const Content content = read(path);
+        if (content.failure.isNull() && content.bytes != document.content) {
+            document.content = content.bytes;
+            if (tab->editor().isModified()) {
+                Q_EMIT failed(tr("%1 was changed by another program. Saving will replace that; "
+                                 "save under another name to keep both.")
+                                  .arg(path));
+            } else {
+                tab->editor().setText(content.text);
+                tab->editor().setModified(false);
+            }
+        } else if (!content.failure.isNull()) {
+            tab->editor().setModified(true);
+            Q_EMIT failed(tr("%1 is gone. The text is still in its tab.").arg(path));
+        }
+        // Programs that replace a file end its watch.
+        if (!m_watcher.files().contains(path) && QFileInfo::exists(path))
+            m_watcher.addPath(path);
+    }
+}
+
+QStringList Documents::recentFiles()
+{
+    return QSettings().value(recentKey).toStringList();
+}
+
+void Documents::remember(const QString &path)
+{
+    QStringList files = recentFiles();
+    files.removeAll(path);
+    files.prepend(path);
+    QSettings().setValue(recentKey, files.mid(0, mostRecent));
+}

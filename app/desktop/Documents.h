@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QFileSystemWatcher>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QTabWidget>
+
+#include <memory>
+
+class DXQueryTab;
+class DXSSHDelegate;
+class DabroDBC;
+
+/// A window's query tabs and the files that they hold. [main]
+class Documents final : public QTabWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Documents(QWidget *parent = nullptr);
+
+    /// Null when none is open.
+    DXQueryTab *current() const;
+    QList<DXQueryTab *> all() const;
+
+    /// Opens a tab after the others and goes there.
+    DXQueryTab *add(const std::shared_ptr<DabroDBC> &details, const QString &text = {});
+    /// Closes the tab, after asking where a transaction is open; its text can be had back with
+    /// reopen().
+    void requestClose(DXQueryTab *tab);
+    void close(DXQueryTab *tab);
+    void reopen();
+    bool canReopen() const { return !m_closed.isEmpty(); }
+    void step(int tabs);
+
+    /// The path of the tab's file; null for none.
+    QString path(const DXQueryTab &tab) const;
+    /// Reads the file into a tab of its own, or goes to the one that has it.
+    void openFile(const QString &path, const std::shared_ptr<DabroDBC> &details);
+    /// Writes the tab's text into its file; false when it has none yet.
+    bool save(DXQueryTab &tab);
+    void saveAs(DXQueryTab &tab, const QString &path);
+    static QStringList recentFiles();
+
+    /// Asks a tab's ssh what it wants to know.
+    void setSshDelegate(const std::shared_ptr<DXSSHDelegate> &delegate)
+    {
+        m_sshDelegate = delegate;
+    }
+
+Q_SIGNALS:
+    void currentTabChanged(DXQueryTab *tab);
+    /// A tab was made, before it is shown.
+    void added(DXQueryTab *tab);
+    /// A tab is about to be destroyed.
+    void removed(DXQueryTab *tab);
+    void textChanged(DXQueryTab *tab);
+    /// Something that could not be done, for the user.
+    void failed(const QString &message);
+
+private:
+    struct Document
+    {
+        QString title = {};
+        QString path = {};
+        // What the file held when it was last read or written here.
+        QByteArray content = {};
+    };
+    struct Closed
+    {
+        Document document;
+        QString text;
+        std::shared_ptr<DabroDBC> details;
+    };
+
+    DXQueryTab *insert(const Document &document, const std::shared_ptr<DabroDBC> &details,
+                       const QString &text);
+    void updateTitle(DXQueryTab &tab);
+    void fileChanged(const QString &path);
+    void remember(const QString &path);
+
+    QHash<const DXQueryTab *, Document> m_documents;
+    QList<Closed> m_closed;
+    QFileSystemWatcher m_watcher;
+    std::shared_ptr<DXSSHDelegate> m_sshDelegate;
+    int m_lastNumber = 0;
+};

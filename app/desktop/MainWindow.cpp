@@ -1,0 +1,398 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/MainWindow.h"
+
+#include "client/DabroDBC.h"
+#include "desktop/Connections.h"
+#include "desktop/Documents.h"
+#include "desktop/ObjectFinder.h"
+#include "desktop/QueryCommands.h"
+#include "desktop/StatusLine.h"
+#include "desktop/TargetChooser.h"
+#include "desktop/TreeCommands.h"
+#include "desktop/WelcomePage.h"
+#include "dispatch/DXDispatch.h"
+#include "ui/DXDatabaseTreeView.h"
+#include "ui/DXQueryTab.h"
+#include "ui/DXSQLEditor.h"
+#include "ui/DXTheme.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPointer>
+#include <QSettings>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+using Id = ActionSet::Id;
+
+const QLatin1String geometryKey("window/geometry");
+const QLatin1String splitterKey("window/sidebar");
+const QLatin1String appearanceKey("window/appearance");
+constexpr int sidebarWidth = 260;
+constexpr int colorLineHeight = 3;
+
+} // namespace
+
+MainWindow::MainWindow()
+    : m_actions(*this)
+    , m_connections(new Connections(this))
+    , m_documents(new Documents)
+    , m_status(new StatusLine)
+    , m_treeCommands(std::make_unique<TreeCommands>(TreeCommands::Init{
+          .connections = *m_connections,
+          .documents = *m_documents,
+          .status = *m_status,
+          .editConnection = [this](const std::shared_ptr<DabroDBC> &) { newConnection(); },
+          .disconnect =
+              [this](const std::shared_ptr<DabroDBC> &details) {
+                  m_connections->close(*details, *m_tree);
+              }}))
+    , m_tree(new DXDatabaseTreeView(*m_treeCommands))
+    , m_welcome(new WelcomePage)
+    , m_queryCommands(new QueryCommands(m_actions, this))
+{
+    setWindowTitle(QApplication::applicationDisplayName());
+    setStatusBar(m_status);
+    createToolBar();
+    createMenus();
+    createCentre();
+    connectActions();
+    connectFiles();
+    connectView();
+    restore();
+    updateCentre();
+}
+
+MainWindow::~MainWindow()
+{
+    // Tabs and trees tell of their end; nobody is to hear it from a window that is half gone.
+    disconnect(m_documents, nullptr, this, nullptr);
+    disconnect(m_connections, nullptr, this, nullptr);
+}
+
+void MainWindow::createMenus()
+{
+    QMenu *const file = menuBar()->addMenu(tr("&File"));
+    m_actions.fill(*file, {{Id::NewConnection, Id::Disconnect}, {Id::NewTab, Id::Open}});
+    QMenu *const recent = file->addMenu(tr("Open &recent"));
+    connect(recent, &QMenu::aboutToShow, this, [this, recent] { fillRecentFiles(*recent); });
+    m_actions.fill(*file, {{Id::Save, Id::SaveAs}, {Id::CloseTab, Id::ReopenTab}, {Id::Quit}});
+    m_actions.fill(*menuBar()->addMenu(tr("&Edit")), {{Id::Undo, Id::Redo},
+                                                      {Id::Cut, Id::Copy, Id::Paste},
+                                                      {Id::Find, Id::Replace},
+                                                      {Id::ToggleComment, Id::Complete}});
+    m_actions.fill(*menuBar()->addMenu(tr("&Query")), {{Id::RunStatement, Id::RunAll, Id::Cancel},
+                                                       {Id::Commit, Id::RollBack, Id::ManualCommit},
+                                                       {Id::NextResult, Id::PreviousResult},
+                                                       {Id::CopyAs, Id::SaveCsv}});
+    QMenu *const view = menuBar()->addMenu(tr("&View"));
+    m_actions.fill(*view, {{Id::CommandPalette, Id::GoToObject, Id::SearchTree},
+                           {Id::Sidebar, Id::Refresh},
+                           {Id::NextTab, Id::PreviousTab},
+                           {Id::ZoomIn, Id::ZoomOut, Id::ResetZoom}});
+    view->addSeparator();
+    m_actions.fill(*view->addMenu(tr("&Appearance")),
+                   {{Id::AppearanceSystem, Id::AppearanceLight, Id::AppearanceDark}});
+    m_actions.fill(*menuBar()->addMenu(tr("&Help")), {{Id::About}});
+}
+
+void MainWindow::createToolBar()
+{
+    auto *const bar = new QToolBar(tr("Tools"));
+    bar->setObjectName(QStringLiteral("tools"));
+    bar->setMovable(false);
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setIconSize(QSize(16, 16));
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    m_target = new TargetChooser(*m_connections);
+    bar->addWidget(m_target);
+    for (const Id id : {Id::RunStatement, Id::RunAll, Id::Cancel})
+        bar->addAction(m_actions[id]);
+    bar->addSeparator();
+    for (const Id id : {Id::Commit, Id::RollBack})
+        bar->addAction(m_actions[id]);
+    addToolBar(bar);
+}
+
+void MainWindow::createCentre()
+{
+    m_sidebar = new QWidget;
+    m_sidebar->setObjectName(QStringLiteral("sidebar"));
+    auto *const side = new QVBoxLayout(m_sidebar);
+    side->setContentsMargins(0, 0, 0, 0);
+    side->addWidget(m_tree);
+
+    m_colorLine = new QFrame;
+    m_colorLine->setFixedHeight(colorLineHeight);
+    m_colorLine->setAutoFillBackground(true);
+    auto *const work = new QWidget;
+    auto *const column = new QVBoxLayout(work);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_colorLine);
+    column->addWidget(m_documents);
+
+    m_centre = new QStackedWidget;
+    m_centre->addWidget(m_welcome);
+    m_centre->addWidget(work);
+    m_splitter = new QSplitter;
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->addWidget(m_sidebar);
+    m_splitter->addWidget(m_centre);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setSizes({sidebarWidth, 1000});
+    setCentralWidget(m_splitter);
+}
+
+void MainWindow::connectActions()
+{
+    m_actions.connect(Id::NewConnection, [this] { newConnection(); });
+    m_actions.connect(Id::Disconnect, [this] {
+        if (DXQueryTab *const tab = m_documents->current())
+            m_connections->close(*tab->details(), *m_tree);
+    });
+    m_actions.connect(Id::NewTab, [this] { newTab(); });
+    m_actions.connect(Id::CloseTab, [this] { m_documents->requestClose(m_documents->current()); });
+    m_actions.connect(Id::ReopenTab, [this] { m_documents->reopen(); });
+    m_actions.connect(Id::NextTab, [this] { m_documents->step(1); });
+    m_actions.connect(Id::PreviousTab, [this] { m_documents->step(-1); });
+    m_actions.connect(Id::Quit, [this] { close(); });
+    connect(m_connections, &Connections::changed, this, &MainWindow::updateCentre);
+    connect(m_target, &TargetChooser::newConnectionRequested, this, &MainWindow::newConnection);
+    connect(m_target, &TargetChooser::changed, this, &MainWindow::updateCentre);
+    connect(m_target, &TargetChooser::refused, m_status, &StatusLine::announce);
+    connect(m_welcome, &WelcomePage::newConnectionRequested, this, &MainWindow::newConnection);
+    connect(m_documents, &Documents::currentTabChanged, this, [this](DXQueryTab *tab) {
+        m_queryCommands->follow(tab);
+        m_target->follow(tab);
+        m_status->follow(tab, tab ? m_connections->product(*tab->details()) : QString());
+        updateCentre();
+    });
+}
+
+void MainWindow::connectFiles()
+{
+    m_actions.connect(Id::Open, [this] { chooseFileToOpen(); });
+    m_actions.connect(Id::SaveAs, [this] { chooseFileToSave(); });
+    m_actions.connect(Id::Save, [this] {
+        DXQueryTab *const tab = m_documents->current();
+        if (tab && !m_documents->save(*tab))
+            chooseFileToSave();
+    });
+    connect(m_documents, &Documents::failed, m_status, &StatusLine::announce);
+}
+
+void MainWindow::connectView()
+{
+    m_actions.connectToggle(Id::Sidebar, [this](bool isOn) { m_sidebar->setVisible(isOn); });
+    m_actions.connect(Id::SearchTree, [this] {
+        m_actions[Id::Sidebar]->setChecked(true);
+        m_tree->findChild<QLineEdit *>()->setFocus(Qt::ShortcutFocusReason);
+    });
+    m_actions.connect(Id::Refresh, [this] {
+        if (const auto entry = m_tree->currentlySelectedDatabaseTreeEntry())
+            m_tree->doRefreshDatabaseTreeEntry(entry);
+    });
+    m_actions.connect(Id::CommandPalette, [this] { showCommands(); });
+    m_actions.connect(Id::GoToObject, [this] { showObjects(); });
+    m_actions.connect(Id::AppearanceSystem, [this] { setAppearance(Appearance::Mode::System); });
+    m_actions.connect(Id::AppearanceLight, [this] { setAppearance(Appearance::Mode::Light); });
+    m_actions.connect(Id::AppearanceDark, [this] { setAppearance(Appearance::Mode::Dark); });
+    m_actions.connect(Id::About, [this] {
+        QMessageBox *const about = new QMessageBox(
+            QMessageBox::NoIcon, QApplication::applicationDisplayName(),
+            tr("%1 %2\n\nA client for PostgreSQL. Free software under the GPL, version 3 or later.")
+                .arg(QApplication::applicationDisplayName(), QApplication::applicationVersion()),
+            QMessageBox::Close, this);
+        about->setTextFormat(Qt::PlainText);
+        about->setAttribute(Qt::WA_DeleteOnClose);
+        about->open();
+    });
+}
+
+void MainWindow::updateCentre()
+{
+    DXQueryTab *const tab = m_documents->current();
+    m_centre->setCurrentIndex(tab ? 1 : 0);
+    m_actions[Id::Disconnect]->setEnabled(tab && m_connections->find(*tab->details()));
+    m_actions[Id::ReopenTab]->setEnabled(m_documents->canReopen());
+    const Connections::Connection *const connection =
+        tab ? m_connections->find(*tab->details()) : nullptr;
+    const QString color = connection ? connection->color() : QString();
+    QPalette colors = palette();
+    colors.setColor(QPalette::Window, color.isNull() ? DXTheme::of(colors).window : QColor(color));
+    m_colorLine->setPalette(colors);
+    const QString title = tab ? m_documents->tabText(m_documents->currentIndex()) : QString();
+    setWindowTitle(title.isEmpty()
+                       ? QApplication::applicationDisplayName()
+                       : title + QStringLiteral(" – ") + QApplication::applicationDisplayName());
+}
+
+void MainWindow::openConnection(const std::shared_ptr<DabroDBC> &details)
+{
+    m_connections->open(details, *m_tree);
+    m_documents->add(details->copy());
+}
+
+void MainWindow::openArguments(const QStringList &arguments)
+{
+    for (const QString &argument : arguments) {
+        if (QFileInfo::exists(argument)) {
+            const DXQueryTab *const tab = m_documents->current();
+            if (const auto details = tab ? tab->details() : m_connections->createDetails())
+                m_documents->openFile(argument, details->copy());
+            continue;
+        }
+        DXError error;
+        if (const auto details = m_connections->detailsFromText(argument, &error))
+            openConnection(details);
+        else
+            m_status->announce(tr("Could not open a connection: %1").arg(error.description()));
+    }
+}
+
+void MainWindow::newConnection() { }
+
+void MainWindow::newTab()
+{
+    const DXQueryTab *const tab = m_documents->current();
+    auto details = tab ? tab->details() : nullptr;
+    if (!details && !m_connections->open().isEmpty())
+        details = m_connections->open().constFirst().details;
+    if (!details)
+        details = m_connections->createDetails();
+    if (details)
+        m_documents->add(details->copy());
+}
+
+void MainWindow::chooseFileToOpen()
+{
+    auto *const dialog = new QFileDialog(this, tr("Open"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    dialog->setNameFilters({tr("SQL files (*.sql)"), tr("All files (*)")});
+    connect(dialog, &QFileDialog::filesSelected, this, &MainWindow::openArguments);
+    dialog->open();
+}
+
+void MainWindow::chooseFileToSave()
+{
+    if (!m_documents->current())
+        return;
+    auto *const dialog = new QFileDialog(this, tr("Save as"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QStringLiteral("sql"));
+    dialog->setNameFilters({tr("SQL files (*.sql)"), tr("All files (*)")});
+    connect(dialog, &QFileDialog::fileSelected, this,
+            [this, tab = QPointer(m_documents->current())](const QString &path) {
+                if (tab)
+                    m_documents->saveAs(*tab, path);
+            });
+    dialog->open();
+}
+
+void MainWindow::fillRecentFiles(QMenu &menu)
+{
+    menu.clear();
+    const QStringList files = Documents::recentFiles();
+    for (const QString &path : files)
+        menu.addAction(QString(path).replace(u'&', QStringLiteral("&&")), this,
+                       [this, path] { openArguments({path}); });
+    if (files.isEmpty())
+        menu.addAction(tr("No files yet"))->setEnabled(false);
+}
+
+void MainWindow::showCommands()
+{
+    QList<Chooser::Choice> choices;
+    for (QAction *const action : m_actions.all())
+        choices.append({.title = action->text().remove(u'&'),
+                        .details = action->shortcut().toString(QKeySequence::NativeText),
+                        .icon = action->icon(),
+                        .isEnabled = action->isEnabled(),
+                        .chosen = [action] { action->trigger(); }});
+    Chooser::open(*this, tr("Type the name of a command"), Chooser::among(choices));
+}
+
+void MainWindow::showObjects()
+{
+    Chooser::open(*this, tr("Type the name of a table, view, function…"),
+                  ObjectFinder::source(m_tree->roots(), palette()));
+}
+
+void MainWindow::setAppearance(Appearance::Mode mode)
+{
+    QSettings().setValue(appearanceKey, static_cast<int>(mode));
+    Appearance::apply(mode);
+}
+
+void MainWindow::restore()
+{
+    const QSettings settings;
+    resize(1280, 800);
+    restoreGeometry(settings.value(geometryKey).toByteArray());
+    m_splitter->restoreState(settings.value(splitterKey).toByteArray());
+    const auto mode =
+        static_cast<Appearance::Mode>(std::clamp(settings.value(appearanceKey).toInt(), 0, 2));
+    const Id ids[] = {Id::AppearanceSystem, Id::AppearanceLight, Id::AppearanceDark};
+    m_actions[ids[static_cast<int>(mode)]]->setChecked(true);
+    Appearance::apply(mode);
+}
+
+// Drivers are loaded and connections opened once there is a window to look at.
+void MainWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (!std::exchange(m_hasStarted, true))
+        DXDispatch::main([window = QPointer(this)] {
+            if (window)
+                window->started();
+        });
+}
+
+void MainWindow::started()
+{
+    m_connections->loadDrivers();
+    if (!m_connections->hasDriver())
+        m_status->announce(
+            tr("No driver could be loaded from %1.").arg(DXDriverLoader::searchPath().join(u", ")));
+    const QString demo = qEnvironmentVariable("DABRO_DEMO_URI");
+    if (!demo.isEmpty()) {
+        m_welcome->offerDemo();
+        connect(m_welcome, &WelcomePage::demoRequested, this,
+                [this, demo] { openArguments({demo}); });
+    }
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    QSettings settings;
+    settings.setValue(geometryKey, saveGeometry());
+    settings.setValue(splitterKey, m_splitter->saveState());
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_centre) {
+        m_actions.updateIcons();
+        updateCentre();
+    }
+}

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "desktop/ActionSet.h"
+#include "desktop/Appearance.h"
+
+#include <QMainWindow>
+#include <QStringList>
+
+#include <memory>
+
+class Connections;
+class DXDatabaseTreeView;
+class DXQueryTab;
+class DabroDBC;
+class Documents;
+class QFrame;
+class QSplitter;
+class QStackedWidget;
+class QueryCommands;
+class StatusLine;
+class TargetChooser;
+class TreeCommands;
+class WelcomePage;
+
+/// The program's window: connections and their trees at the side, query tabs, a status line. It
+/// speaks to nobody before it has been painted. [main]
+class MainWindow final : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    MainWindow();
+    ~MainWindow() override;
+
+    /// Opens what the command line names: connections as URIs or key/value strings, and files.
+    void openArguments(const QStringList &arguments);
+    /// Shows the tree of details and a query tab for it.
+    void openConnection(const std::shared_ptr<DabroDBC> &details);
+
+    ActionSet &actions() { return m_actions; }
+    Documents &documents() const { return *m_documents; }
+    Connections &connections() const { return *m_connections; }
+    DXDatabaseTreeView &tree() const { return *m_tree; }
+    StatusLine &status() const { return *m_status; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void createMenus();
+    void createToolBar();
+    void createCentre();
+    void connectActions();
+    void connectFiles();
+    void connectView();
+    void started();
+    void updateCentre();
+    void newConnection();
+    void newTab();
+    void chooseFileToOpen();
+    void chooseFileToSave();
+    void fillRecentFiles(QMenu &menu);
+    void showCommands();
+    void showObjects();
+    void setAppearance(Appearance::Mode mode);
+    void restore();
+
+    ActionSet m_actions;
+    Connections *const m_connections;
+    Documents *const m_documents;
+    StatusLine *const m_status;
+    const std::unique_ptr<TreeCommands> m_treeCommands;
+    DXDatabaseTreeView *const m_tree;
+    WelcomePage *const m_welcome;
+    QueryCommands *const m_queryCommands;
+    TargetChooser *m_target = nullptr;
+    QWidget *m_sidebar = nullptr;
+    QSplitter *m_splitter = nullptr;
+    QStackedWidget *m_centre = nullptr;
+    QFrame *m_colorLine = nullptr;
+    bool m_hasStarted = false;
+};

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/StatusLine.h"
+
+#include "client/DabroDBC.h"
+#include "ui/DXQuerySession.h"
+#include "ui/DXQueryTab.h"
+#include "ui/DXTheme.h"
+
+#include <QLabel>
+
+namespace
+{
+
+constexpr int messageMilliseconds = 8000;
+
+QString serverText(const DXQueryTab &tab, const QString &product)
+{
+    const DXQuerySession &session = tab.session();
+    const QString login = tab.details()->description();
+    if (session.serverVersion().isNull())
+        return login;
+    return QStringList{product + u' ' + session.serverVersion(), login, session.connectionSummary()}
+        .join(QStringLiteral(" · "));
+}
+
+} // namespace
+
+StatusLine::StatusLine(QWidget *parent)
+    : QStatusBar(parent)
+    , m_server(new QLabel)
+    , m_transaction(new QLabel)
+    , m_summary(new QLabel)
+{
+    setSizeGripEnabled(false);
+    for (QLabel *const label : {m_server, m_transaction, m_summary}) {
+        label->setTextFormat(Qt::PlainText);
+        label->setContentsMargins(8, 2, 8, 2);
+    }
+    addWidget(m_server, 1);
+    addPermanentWidget(m_transaction);
+    addPermanentWidget(m_summary);
+    m_clock.setInterval(std::chrono::seconds(1));
+    connect(&m_clock, &QTimer::timeout, this, &StatusLine::update);
+}
+
+void StatusLine::follow(DXQueryTab *tab, const QString &product)
+{
+    m_product = product;
+    if (m_tab)
+        disconnect(m_tab, nullptr, this, nullptr);
+    m_tab = tab;
+    if (tab)
+        connect(tab, &DXQueryTab::statusChanged, this, &StatusLine::update);
+    update();
+}
+
+void StatusLine::announce(const QString &text)
+{
+    showMessage(text, messageMilliseconds);
+}
+
+void StatusLine::update()
+{
+    const bool isOpen = m_tab && m_tab->session().isInTransaction();
+    m_server->setText(m_tab ? serverText(*m_tab, m_product) : QString());
+    m_summary->setText(m_tab ? m_tab->summary() : QString());
+    m_transaction->setText(
+        isOpen
+            ? tr("in transaction %1").arg(DXQueryTab::clockText(m_tab->session().transactionAge()))
+            : QString());
+    QPalette colors = palette();
+    colors.setColor(QPalette::WindowText, DXTheme::of(colors).warning);
+    m_transaction->setPalette(colors);
+    if (!isOpen)
+        m_clock.stop();
+    else if (!m_clock.isActive())
+        m_clock.start();
+}

@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/TableExport.h"
+
+#include "client/DabroDBC.h"
+#include "client/DabroDatabaseClient.h"
+#include "client/DabroDatabaseConnectionPool.h"
+#include "client/DatabaseResultSet.h"
+#include "core/DXFieldText.h"
+#include "dispatch/DXDispatch.h"
+#include "ui/DXResultText.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QSaveFile>
+
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("TableExport", text);
+}
+
+QByteArray headings(const DatabaseResultSet &rows)
+{
+    QByteArray line;
+    for (const QString &name : rows.columnNames()) {
+        if (!line.isEmpty())
+            line += ',';
+        DXFieldText::appendCsv(line, name.toUtf8());
+    }
+    return line + "\r\n";
+}
+
+QByteArray row(const DatabaseResultSet &rows)
+{
+    QByteArray line;
+    for (quint32 column = 0; column < rows.columnCount(); ++column) {
+        if (column > 0)
+            line += ',';
+        const DXValue value = rows.objectForColumnIndex(column);
+        if (!value.isNull())
+            DXFieldText::appendCsv(line, DXResultText::textOf(value).toUtf8());
+    }
+    return line + "\r\n";
+}
+
+// The number of rows written.
+qint64 write(DatabaseResultSet &rows, QIODevice &file, DXError *error)
+{
+    const auto put = [&file, error](const QByteArray &text) {
+        if (file.write(text) == text.size())
+            return true;
+        DXError::report(error, DXError(QString(), 0, file.errorString()));
+        return false;
+    };
+    qint64 count = 0;
+    if (put(headings(rows))) {
+        while (rows.next(error) && put(row(rows)))
+            ++count;
+    }
+    return count;
+}
+
+} // namespace
+
+void TableExport::start(const QString &tablePath, const std::shared_ptr<DabroDBC> &details,
+                        const QString &path,
+                        const std::function<void(const QString &message)> &done)
+{
+    DXDispatch::background([tablePath, details, path, done] {
+        DXError error;
+        qint64 count = 0;
+        QSaveFile file(path);
+        if (!file.open(QIODevice::WriteOnly))
+            error = DXError(QString(), 0, file.errorString());
+        else
+            DabroDatabaseConnectionPool::executeQuery(
+                [&](DabroDatabaseClient &client, DXError *failure) {
+                    const auto rows =
+                        client.executeQuery(QStringLiteral("SELECT * FROM ") + tablePath, failure);
+                    if (rows && !*failure)
+                        count = write(*rows, file, failure);
+                },
+                *details, &error, {.allowPooled = DabroDatabaseConnectionPool::AllowPooled::No});
+        if (!error && !file.commit())
+            error = DXError(QString(), 0, file.errorString());
+        DXDispatch::main([=] {
+            done(error ? tr("Could not export %1 to %2: %3")
+                             .arg(tablePath, path, error.description().trimmed())
+                       : tr("%1 rows of %2 were exported to %3.")
+                             .arg(QLocale().toString(count), tablePath, path));
+        });
+    });
+}

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "tree/DXDatabaseTreeViewController.h"
+
+#include <functional>
+
+class Connections;
+class DXDatabaseTreeView;
+class Documents;
+class StatusLine;
+
+/// What the trees' menus and keys ask of their window. [main]
+class TreeCommands final : public DXDatabaseTreeViewControllerDelegate
+{
+public:
+    struct Init
+    {
+        Connections &connections;
+        Documents &documents;
+        StatusLine &status;
+        /// Shows the dialog of a connection.
+        std::function<void(const std::shared_ptr<DabroDBC> &details)> editConnection;
+        /// Closes the connection's tree.
+        std::function<void(const std::shared_ptr<DabroDBC> &details)> disconnect;
+    };
+    explicit TreeCommands(const Init &init)
+        : m_init(init)
+    { }
+
+    void addNewQueryTab(const QString &query, const std::shared_ptr<DabroDBC> &details,
+                        QueryTab mode) override;
+    void addNewQueryTabWithLoader(const std::shared_ptr<DXQueryLoader> &loader,
+                                  const std::shared_ptr<DabroDBC> &details, QueryTab mode) override;
+    void sendScript(const std::shared_ptr<DXQueryLoader> &loader,
+                    const std::shared_ptr<DabroDBC> &details,
+                    ScriptDestination destination) override;
+    void alterTableNamed(const QString &tableName, const QString &schema,
+                         const std::shared_ptr<DabroDBC> &details) override;
+    void openConnectionDialog(const std::shared_ptr<DabroDBC> &details) override;
+    void disconnectFrom(const std::shared_ptr<DabroDBC> &details) override;
+    void importInto(const std::shared_ptr<DabroDBC> &details) override;
+    void exportTableAsCSV(const QString &tablePath,
+                          const std::shared_ptr<DabroDBC> &details) override;
+    void beep() override;
+
+private:
+    void saveScript(const QString &script);
+
+    const Init m_init;
+};
