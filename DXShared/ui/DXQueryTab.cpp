@@ -20,10 +20,21 @@
 namespace
 {
 
+// Words of the SQL standard that no server reserves, so that drivers do not list them, but that
+// read as part of a statement.
+const char *const standardWords[] = {
+    "add",          "after",   "before",    "by",        "cascade",     "column",    "each",
+    "execute",      "exists",  "following", "function",  "if",          "index",     "instead",
+    "materialized", "nulls",   "over",      "partition", "preceding",   "procedure", "recursive",
+    "restrict",     "returns", "set",       "temporary", "transaction", "trigger",   "unbounded",
+    "unlogged",     "values",  "view",      "within",    "without"};
+
 DXSQLEditor *createEditor(const DabroDBC &details)
 {
-    return new DXSQLEditor(
-        {.options = *details.createPreParserOptions(), .keywords = details.functionsAndKeywords()});
+    QStringList words = details.functionsAndKeywords();
+    for (const char *const word : standardWords)
+        words.append(QLatin1String(word));
+    return new DXSQLEditor({.options = *details.createPreParserOptions(), .keywords = words});
 }
 
 // libpq quotes the failing line in its message, which the mark in the text shows better.
@@ -31,7 +42,7 @@ QString withoutQuotedLine(const QString &message)
 {
     QStringList lines = message.trimmed().split(u'\n');
     for (qsizetype at = 0; at + 1 < lines.size(); ++at) {
-        if (lines[at].startsWith(u"LINE ") && lines[at + 1].trimmed() == u"^") {
+        if (lines[at].startsWith(u"LINE ") && lines[at + 1].trimmed().startsWith(u'^')) {
             lines.remove(at, 2);
             break;
         }
@@ -282,6 +293,6 @@ QString DXQueryTab::clockText(qint64 milliseconds)
     const QString seconds = twoDigits(milliseconds / 1000 % 60);
     if (minutes < 60)
         return QStringLiteral("%1:%2").arg(QString::number(minutes), seconds);
-    return QStringLiteral("%1:%2:%3").arg(QString::number(minutes / 60), twoDigits(minutes % 60),
-                                          seconds);
+    return QStringLiteral("%1:%2:%3")
+        .arg(QString::number(minutes / 60), twoDigits(minutes % 60), seconds);
 }

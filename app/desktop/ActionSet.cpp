@@ -80,7 +80,8 @@ ActionSet::ActionSet(QWidget &window)
     for (const Definition &definition : definitions) {
         auto *const action =
             new QAction(QCoreApplication::translate("ActionSet", definition.title), &window);
-        action->setShortcuts(QKeySequence::listFromString(QLatin1String(definition.keys)));
+        if (*definition.keys)
+            action->setShortcuts(QKeySequence::listFromString(QLatin1String(definition.keys)));
         // The window's own, so that a key works while its menu is not to be seen.
         window.addAction(action);
         m_actions.insert(definition.id, action);

@@ -30,7 +30,10 @@ bool isSameServer(const DabroDBC &one, const DabroDBC &other)
 
 QString Connections::Connection::title() const
 {
-    return details->alias().isEmpty() ? details->description() : details->alias();
+    if (!details->alias().isEmpty())
+        return details->alias();
+    const QString host = details->host().isEmpty() ? tr("local") : details->host();
+    return details->username().isEmpty() ? host : details->username() + u'@' + host;
 }
 
 QString Connections::Connection::color() const

@@ -4,10 +4,12 @@
 
 #include "client/DabroDBC.h"
 #include "dispatch/DXDispatch.h"
+#include "ui/DXIcon.h"
 #include "ui/DXQuerySession.h"
 #include "ui/DXQueryTab.h"
 #include "ui/DXSQLEditor.h"
 
+#include <QEvent>
 #include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -16,6 +18,8 @@
 #include <QSaveFile>
 #include <QSettings>
 #include <QStringDecoder>
+#include <QTabBar>
+#include <QToolButton>
 
 namespace
 {
@@ -50,14 +54,11 @@ Documents::Documents(QWidget *parent)
     : QTabWidget(parent)
 {
     setDocumentMode(true);
-    setTabsClosable(true);
     setMovable(true);
     setElideMode(Qt::ElideMiddle);
     setAccessibleName(tr("Queries"));
     connect(this, &QTabWidget::currentChanged, this,
             [this] { Q_EMIT currentTabChanged(current()); });
-    connect(this, &QTabWidget::tabCloseRequested, this,
-            [this](int index) { requestClose(qobject_cast<DXQueryTab *>(widget(index))); });
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &Documents::fileChanged);
 }
 
@@ -91,10 +92,38 @@ DXQueryTab *Documents::insert(const Document &document, const std::shared_ptr<Da
     connect(&tab->editor(), &QsciScintilla::textChanged, this,
             [this, tab] { Q_EMIT textChanged(tab); });
     Q_EMIT added(tab);
-    setCurrentIndex(addTab(tab, QString()));
+    const int index = addTab(tab, QString());
+    tabBar()->setTabButton(index, QTabBar::RightSide, createCloseButton(tab));
+    setCurrentIndex(index);
     updateTitle(*tab);
     tab->editor().setFocus();
     return tab;
+}
+
+QToolButton *Documents::createCloseButton(DXQueryTab *tab)
+{
+    auto *const button = new QToolButton;
+    button->setAutoRaise(true);
+    button->setIcon(DXIcon::named(QStringLiteral("Action-Close"), palette()));
+    button->setIconSize(QSize(12, 12));
+    button->setToolTip(tr("Close tab"));
+    button->setAccessibleName(tr("Close tab"));
+    button->setFocusPolicy(Qt::NoFocus);
+    connect(button, &QToolButton::clicked, this, [this, tab] {
+        // The button goes with its tab, so not from within its click.
+        DXDispatch::main([this, tab = QPointer(tab)] { requestClose(tab); });
+    });
+    return button;
+}
+
+void Documents::changeEvent(QEvent *event)
+{
+    QTabWidget::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange)
+        return;
+    for (auto *const button : tabBar()->findChildren<QToolButton *>())
+        if (!button->toolTip().isEmpty())
+            button->setIcon(DXIcon::named(QStringLiteral("Action-Close"), palette()));
 }
 
 void Documents::updateTitle(DXQueryTab &tab)
@@ -105,6 +134,7 @@ void Documents::updateTitle(DXQueryTab &tab)
     // An ampersand would make a mnemonic of what follows it.
     setTabText(indexOf(&tab), QString(document.title).replace(u'&', QStringLiteral("&&")) + mark);
     setTabToolTip(indexOf(&tab), document.path);
+    Q_EMIT titleChanged();
 }
 
 void Documents::requestClose(DXQueryTab *tab)

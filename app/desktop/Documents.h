@@ -14,6 +14,7 @@
 class DXQueryTab;
 class DXSSHDelegate;
 class DabroDBC;
+class QToolButton;
 
 /// A window's query tabs and the files that they hold. [main]
 class Documents final : public QTabWidget
@@ -59,8 +60,12 @@ Q_SIGNALS:
     /// A tab is about to be destroyed.
     void removed(DXQueryTab *tab);
     void textChanged(DXQueryTab *tab);
+    void titleChanged();
     /// Something that could not be done, for the user.
     void failed(const QString &message);
+
+protected:
+    void changeEvent(QEvent *event) override;
 
 private:
     struct Document
@@ -79,6 +84,7 @@ private:
 
     DXQueryTab *insert(const Document &document, const std::shared_ptr<DabroDBC> &details,
                        const QString &text);
+    QToolButton *createCloseButton(DXQueryTab *tab);
     void updateTitle(DXQueryTab &tab);
     void fileChanged(const QString &path);
     void remember(const QString &path);

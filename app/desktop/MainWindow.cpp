@@ -194,6 +194,7 @@ void MainWindow::connectFiles()
         if (tab && !m_documents->save(*tab))
             chooseFileToSave();
     });
+    connect(m_documents, &Documents::titleChanged, this, &MainWindow::updateCentre);
     connect(m_documents, &Documents::failed, m_status, &StatusLine::announce);
 }
 

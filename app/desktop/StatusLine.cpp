@@ -17,7 +17,10 @@ constexpr int messageMilliseconds = 8000;
 QString serverText(const DXQueryTab &tab, const QString &product)
 {
     const DXQuerySession &session = tab.session();
-    const QString login = tab.details()->description();
+    const DabroDBC &details = *tab.details();
+    const QString login = details.database().isEmpty()
+                              ? details.username()
+                              : details.username() + u'@' + details.database();
     if (session.serverVersion().isNull())
         return login;
     return QStringList{product + u' ' + session.serverVersion(), login, session.connectionSummary()}

@@ -30,7 +30,7 @@ QByteArray headings(const DatabaseResultSet &rows)
             line += ',';
         DXFieldText::appendCsv(line, name.toUtf8());
     }
-    return line + "\r\n";
+    return line + '\n';
 }
 
 QByteArray row(const DatabaseResultSet &rows)
@@ -43,7 +43,7 @@ QByteArray row(const DatabaseResultSet &rows)
         if (!value.isNull())
             DXFieldText::appendCsv(line, DXResultText::textOf(value).toUtf8());
     }
-    return line + "\r\n";
+    return line + '\n';
 }
 
 // The number of rows written.

@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/desktop/DesktopTest.h"
+
+#include "desktop/Documents.h"
+#include "desktop/MainWindow.h"
+#include "support/DXWait.h"
+#include "ui/DXDatabaseTreeView.h"
+#include "ui/DXMessageView.h"
+#include "ui/DXQuerySession.h"
+#include "ui/DXQueryTab.h"
+#include "ui/DXResultPage.h"
+#include "ui/DXResultText.h"
+#include "ui/DXSQLEditor.h"
+
+#include <QApplication>
+#include <QStatusBar>
+#include <QTreeView>
+
+#include <algorithm>
+
+DesktopTest::DesktopTest()
+{
+    QApplication::setApplicationName(QStringLiteral("dabro-test"));
+    for (const char *const variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+        qputenv(variable, m_home.path().toUtf8());
+    // A desktop's secret service knows nothing of tests.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+}
+
+DesktopTest::~DesktopTest()
+{
+    closeWindow();
+}
+
+QString DesktopTest::uri(const PostgresCluster &cluster, const QString &database)
+{
+    return QStringLiteral("host=%1 port=%2 user=%3 dbname=%4")
+        .arg(cluster.socketFolder(), QString::number(cluster.port()), PostgresCluster::superuser(),
+             database);
+}
+
+MainWindow &DesktopTest::open()
+{
+    closeWindow();
+    m_window = std::make_unique<MainWindow>();
+    m_window->resize(1280, 800);
+    m_window->show();
+    return *m_window;
+}
+
+void DesktopTest::closeWindow()
+{
+    if (m_window)
+        m_window->close();
+    m_window.reset();
+}
+
+DXQueryTab &DesktopTest::tab() const
+{
+    return *m_window->documents().current();
+}
+
+QTreeView &DesktopTest::tree() const
+{
+    const auto trees = m_window->tree().findChildren<QTreeView *>();
+    return **std::ranges::find_if(trees, &QTreeView::isVisible);
+}
+
+bool DesktopTest::run(const QString &text) const
+{
+    tab().editor().setText(text);
+    tab().runAll();
+    return becomesIdle();
+}
+
+bool DesktopTest::start(const QString &text) const
+{
+    tab().editor().setText(text);
+    tab().runAll();
+    return DXWait::until(
+        [this] { return tab().session().state() == DXQuerySession::State::Running; });
+}
+
+bool DesktopTest::becomesIdle() const
+{
+    return DXWait::until([this] { return !tab().session().isBusy(); });
+}
+
+QString DesktopTest::messages() const
+{
+    return tab().messages().toPlainText();
+}
+
+QString DesktopTest::statusMessage() const
+{
+    return m_window->statusBar()->currentMessage();
+}
+
+QString DesktopTest::cells(int result) const
+{
+    const DXQueryResultDetails &details = tab().resultPages().at(result)->details();
+    QStringList rows;
+    for (qsizetype row = 0; row < details.rows()->rowCount(); ++row) {
+        QStringList fields;
+        for (qsizetype column = 0; column < details.columnNames().size(); ++column)
+            fields.append(DXResultText::textOf(details.value(row, static_cast<quint32>(column))));
+        rows.append(fields.join(u'|'));
+    }
+    return rows.join(u'\n');
+}
+
+void DesktopTest::press(int key, Qt::KeyboardModifiers modifiers) const
+{
+    QTest::keyClick(m_window.get(), static_cast<Qt::Key>(key), modifiers);
+}

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "support/PostgresCluster.h"
+
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+class DXQueryTab;
+class MainWindow;
+class QTreeView;
+
+/// A window as a user opens it, with settings, journal and secrets of its own, and a server to talk
+/// to.
+class DesktopTest : public testing::Test
+{
+protected:
+    DesktopTest();
+    ~DesktopTest() override;
+
+    /// The text that connects to the server, as on the command line.
+    static QString uri(const PostgresCluster &cluster,
+                       const QString &database = QStringLiteral("postgres"));
+    /// Opens a window, in place of the one before.
+    MainWindow &open();
+    void closeWindow();
+    MainWindow &window() const { return *m_window; }
+    DXQueryTab &tab() const;
+    QTreeView &tree() const;
+
+    /// Puts text into the tab's editor and runs all of it; false when that does not end.
+    bool run(const QString &text) const;
+    /// Starts text, and waits until the server computes.
+    bool start(const QString &text) const;
+    bool becomesIdle() const;
+    QString messages() const;
+    /// What the status line announces.
+    QString statusMessage() const;
+    /// The cells of a result, fields apart by "|" and rows by line breaks.
+    QString cells(int result) const;
+    /// Presses a key of the window.
+    void press(int key, Qt::KeyboardModifiers modifiers) const;
+
+private:
+    QTemporaryDir m_home;
+    std::unique_ptr<MainWindow> m_window;
+};

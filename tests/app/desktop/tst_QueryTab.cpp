@@ -1,0 +1,208 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/desktop/DesktopTest.h"
+#include "client/DabroDBC.h"
+#include "desktop/Documents.h"
+#include "desktop/MainWindow.h"
+#include "support/DXWait.h"
+#include "ui/DXMessageView.h"
+#include "ui/DXQuerySession.h"
+#include "ui/DXQueryTab.h"
+#include "ui/DXResultGrid.h"
+#include "ui/DXResultModel.h"
+#include "ui/DXResultPage.h"
+#include "ui/DXSQLEditor.h"
+
+#include <QAction>
+#include <QFile>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QStatusBar>
+
+namespace
+{
+
+using Id = ActionSet::Id;
+using testing::HasSubstr;
+
+class QueryTab : public DesktopTest
+{
+protected:
+    QueryTab()
+    {
+        open().openArguments({});
+        EXPECT_TRUE(DXWait::until([this] { return m_isOpen || tryOpen(); }));
+    }
+
+    // The drivers are there once the window has been shown.
+    bool tryOpen()
+    {
+        window().openArguments({uri(PostgresCluster::shared())});
+        m_isOpen = window().documents().current() != nullptr;
+        return m_isOpen;
+    }
+    QString statusText() const
+    {
+        QStringList texts;
+        for (const QLabel *const label : window().statusBar()->findChildren<QLabel *>())
+            texts.append(label->text());
+        return texts.join(u'|');
+    }
+
+private:
+    bool m_isOpen = false;
+};
+
+TEST_F(QueryTab, givesEachStatementItsGridAndMessage)
+{
+    ASSERT_TRUE(run(u"SELECT 1 AS a, NULL AS b;\nCREATE TEMP TABLE t (i int);\n"
+                    "INSERT INTO t SELECT generate_series(1, 3);\nSELECT * FROM t"_qs));
+    ASSERT_EQ(tab().resultPages().size(), 2);
+    EXPECT_EQ(cells(0), u"1|"_qs);
+    EXPECT_EQ(cells(1), u"1\n2\n3"_qs);
+    EXPECT_EQ(messages().count(u"Command completed successfully."), 4);
+    EXPECT_THAT(messages().toStdString(), HasSubstr("Line 3: Command completed successfully. (3 "
+                                                    "rows affected)."));
+    EXPECT_TRUE(tab().currentResultPage());
+    EXPECT_THAT(tab().summary().toStdString(), HasSubstr("4 rows"));
+    EXPECT_THAT(statusText().toStdString(), HasSubstr("PostgreSQL 1"));
+    press(Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(tab().currentResultPage(), tab().resultPages()[1]);
+}
+
+TEST_F(QueryTab, runsTheStatementAtTheCaretOrTheSelection)
+{
+    tab().editor().setText(u"SELECT 'one';\nSELECT 'two';\nSELECT 'three'"_qs);
+    tab().editor().setCaretPosition(20);
+    press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_EQ(cells(0), u"two"_qs);
+    tab().editor().setSelection(2, 0, 2, 14);
+    press(Qt::Key_F5, Qt::NoModifier);
+    ASSERT_TRUE(becomesIdle());
+    ASSERT_EQ(tab().resultPages().size(), 1);
+    EXPECT_EQ(cells(0), u"three"_qs);
+}
+
+TEST_F(QueryTab, tellsAnErrorOnceAndMarksItsPlace)
+{
+    ASSERT_TRUE(run(u"SELECT 1;\nSELECT nothere FROM pg_class;\nSELECT 3"_qs));
+    EXPECT_EQ(messages().count(u"nothere"), 1) << qPrintable(messages());
+    EXPECT_FALSE(messages().contains(u"LINE "));
+    EXPECT_FALSE(tab().currentResultPage());
+    ASSERT_EQ(tab().resultPages().size(), 1);
+    // Indicators are Scintilla's; the mark stands under the name and nowhere else.
+    const auto marked = [this](int line, int column) {
+        const long at = tab().editor().positionFromLineIndex(line, column);
+        return tab().editor().SendScintilla(QsciScintilla::SCI_INDICATORALLONFOR, at) != 0;
+    };
+    EXPECT_TRUE(marked(1, 7));
+    EXPECT_FALSE(marked(1, 20));
+    EXPECT_FALSE(marked(0, 7));
+}
+
+TEST_F(QueryTab, showsNoticesAsTheyCome)
+{
+    ASSERT_TRUE(run(u"DO $$ BEGIN RAISE NOTICE '<b>halfway</b>'; END $$"_qs));
+    EXPECT_THAT(messages().toStdString(), HasSubstr("NOTICE:  <b>halfway</b>"));
+}
+
+TEST_F(QueryTab, cancelsWhatTheServerComputes)
+{
+    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+    press(Qt::Key_Period, Qt::ControlModifier);
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_THAT(messages().toStdString(), HasSubstr("canceling statement due to user request"));
+    ASSERT_TRUE(run(u"SELECT 'well'"_qs));
+    EXPECT_EQ(cells(0), u"well"_qs);
+}
+
+TEST_F(QueryTab, keepsItsTransactionAndShowsIt)
+{
+    QAction *const commit = window().actions()[Id::Commit];
+    ASSERT_TRUE(run(u"CREATE TEMP TABLE t (i int)"_qs));
+    EXPECT_FALSE(commit->isEnabled());
+    window().actions()[Id::ManualCommit]->setChecked(true);
+    ASSERT_TRUE(run(u"INSERT INTO t VALUES (1)"_qs));
+    EXPECT_TRUE(commit->isEnabled());
+    EXPECT_THAT(statusText().toStdString(), HasSubstr("in transaction 0:0"));
+    window().actions()[Id::RollBack]->trigger();
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_FALSE(commit->isEnabled());
+    ASSERT_TRUE(run(u"SELECT count(*) FROM t"_qs));
+    EXPECT_EQ(cells(0), u"0"_qs);
+    commit->trigger();
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_FALSE(tab().session().isInTransaction());
+    // A tab with an open transaction is not closed without a word.
+    ASSERT_TRUE(run(u"INSERT INTO t VALUES (2)"_qs));
+    press(Qt::Key_W, Qt::ControlModifier);
+    EXPECT_TRUE(window().documents().current());
+}
+
+TEST_F(QueryTab, viewsAndSavesWhatArrived)
+{
+    ASSERT_TRUE(run(u"SELECT i AS n, 'a,\"' || i AS t FROM generate_series(1, 12345) AS i"_qs));
+    DXResultPage &page = *tab().resultPages()[0];
+    EXPECT_EQ(page.rowCount(), 12345);
+    EXPECT_TRUE(DXWait::until([&] { return page.grid()->resultModel().rowCount() == 12345; }));
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"rows.csv"_qs);
+    QSignalSpy saved(&page, &DXResultPage::saved);
+    page.writeCsv(path);
+    ASSERT_TRUE(DXWait::until([&] { return saved.size() == 1; }));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QFile::ReadOnly));
+    const QByteArray text = file.readAll();
+    EXPECT_TRUE(text.startsWith("n,t\n1,\"a,\"\"1\"\n")) << text.left(40).toStdString();
+    EXPECT_EQ(text.count('\n'), 12346);
+    page.writeCsv(folder.filePath(u"no/such/folder.csv"_qs));
+    ASSERT_TRUE(DXWait::until([&] { return saved.size() == 2; }));
+    EXPECT_FALSE(saved[1][0].toBool());
+}
+
+class QueryTabOnServer : public DesktopTest
+{
+protected:
+    QueryTabOnServer()
+    {
+        open();
+        EXPECT_TRUE(DXWait::until([this] {
+            window().openArguments({uri(cluster)});
+            return window().documents().current() != nullptr;
+        }));
+    }
+
+    PostgresCluster cluster;
+};
+
+TEST_F(QueryTabOnServer, outlivesItsServer)
+{
+    ASSERT_TRUE(run(u"SELECT 1"_qs));
+    cluster.stop();
+    cluster.start();
+    ASSERT_TRUE(run(u"SELECT 2"_qs));
+    EXPECT_EQ(cells(0), u"2"_qs) << qPrintable(messages());
+    EXPECT_THAT(messages().toStdString(), HasSubstr("made anew"));
+
+    ASSERT_TRUE(run(u"BEGIN"_qs));
+    cluster.stop();
+    cluster.start();
+    ASSERT_TRUE(run(u"SELECT 3"_qs));
+    EXPECT_THAT(messages().toStdString(), HasSubstr("the open transaction with it"));
+    EXPECT_TRUE(tab().resultPages().isEmpty());
+    ASSERT_TRUE(run(u"SELECT 4"_qs));
+    EXPECT_EQ(cells(0), u"4"_qs);
+
+    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+    cluster.killHard();
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_FALSE(messages().isEmpty());
+    ASSERT_TRUE(run(u"SELECT 5"_qs));
+    EXPECT_THAT(messages().toStdString(), HasSubstr("failed"));
+    cluster.start();
+    ASSERT_TRUE(run(u"SELECT 6"_qs));
+    EXPECT_EQ(cells(0), u"6"_qs) << qPrintable(messages());
+}
+
+} // namespace
