@@ -60,6 +60,7 @@ DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
     , m_messages(new DXMessageView)
     , m_results(new QTabWidget)
     , m_dialectClient(init.details->createNewClient())
+    , m_hasConnection(init.hasConnection)
 {
     m_results->setDocumentMode(true);
     m_results->setUsesScrollButtons(true);
@@ -99,6 +100,15 @@ const std::shared_ptr<DabroDBC> &DXQueryTab::details() const
     return m_session->details();
 }
 
+bool DXQueryTab::setDetails(const std::shared_ptr<DabroDBC> &details)
+{
+    if (!m_session->setDetails(details))
+        return false;
+    m_hasConnection = true;
+    Q_EMIT statusChanged();
+    return true;
+}
+
 void DXQueryTab::runAll()
 {
     run(m_editor->statements());
@@ -117,6 +127,12 @@ void DXQueryTab::run(const QList<DXQueryDetails> &statements)
     if (statements.isEmpty() || m_session->isBusy())
         return;
     clearResults();
+    if (!m_hasConnection) {
+        m_messages->append(DXMessageView::Kind::Error,
+                           tr("This tab has no connection yet. Choose one in the toolbar."));
+        Q_EMIT connectionMissing();
+        return;
+    }
     m_runsSeveral = statements.size() > 1;
     const DXTextRange first = statements.constFirst().queryRange;
     m_editor->markRunning(

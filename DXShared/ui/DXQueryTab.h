@@ -34,7 +34,9 @@ class DXSHARED_EXPORT DXQueryTab final : public QWidget
 public:
     struct Init
     {
+        /// Tells how SQL is read and, unless hasConnection is false, where it is run.
         std::shared_ptr<DabroDBC> details;
+        bool hasConnection = true;
         /// Asks what ssh wants to know; may be null.
         std::shared_ptr<DXSSHDelegate> sshDelegate = {};
     };
@@ -44,6 +46,11 @@ public:
     DXSQLEditor &editor() const { return *m_editor; }
     DXQuerySession &session() const { return *m_session; }
     const std::shared_ptr<DabroDBC> &details() const;
+    /// Without one nothing is run.
+    bool hasConnection() const { return m_hasConnection; }
+    /// Takes another connection; false, and nothing happens, while the session is busy or in a
+    /// transaction.
+    bool setDetails(const std::shared_ptr<DabroDBC> &details);
 
     /// Runs the selection, or the whole text when nothing is selected.
     void runAll();
@@ -69,6 +76,8 @@ public:
 Q_SIGNALS:
     /// summary(), or the session's state or transaction, is another.
     void statusChanged();
+    /// Something was to be run, and there is no connection to run it on.
+    void connectionMissing();
     /// What was run has ended.
     void finished(const DXError &error);
 
@@ -95,5 +104,6 @@ private:
     qsizetype m_pagedStatements = 0;
     qsizetype m_reportedStatements = 0;
     bool m_runsSeveral = false;
+    bool m_hasConnection;
     QTimer m_tick;
 };

@@ -28,17 +28,17 @@ bool isSameServer(const DabroDBC &one, const DabroDBC &other)
 
 } // namespace
 
-QString Connections::Connection::title() const
+QString Connections::title(const DabroDBC &details)
 {
-    if (!details->alias().isEmpty())
-        return details->alias();
-    const QString host = details->host().isEmpty() ? tr("local") : details->host();
-    return details->username().isEmpty() ? host : details->username() + u'@' + host;
+    if (!details.alias().isEmpty())
+        return details.alias();
+    const QString host = details.host().isEmpty() ? tr("local") : details.host();
+    return details.username().isEmpty() ? host : details.username() + u'@' + host;
 }
 
-QString Connections::Connection::color() const
+QString Connections::color(const DabroDBC &details)
 {
-    return DXDBCTabColorHelper::sharedInstance().colorForId(details->connectionId());
+    return DXDBCTabColorHelper::sharedInstance().colorForId(details.connectionId());
 }
 
 Connections::Connections(QObject *parent)

@@ -29,12 +29,11 @@ public:
         std::shared_ptr<DabroDBC> details;
         std::shared_ptr<DatabaseTreeEntryServerRoot> root;
         std::shared_ptr<DXDatabaseTreeContextHelper> helper;
-
-        /// The user's name for it, else what it connects to.
-        QString title() const;
-        /// "#RRGGBB", or null.
-        QString color() const;
     };
+    /// The user's name for a connection, else what it connects to.
+    static QString title(const DabroDBC &details);
+    /// "#RRGGBB", or null.
+    static QString color(const DabroDBC &details);
 
     explicit Connections(QObject *parent = nullptr);
     ~Connections() override;

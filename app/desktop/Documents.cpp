@@ -20,6 +20,7 @@
 #include <QStringDecoder>
 #include <QTabBar>
 #include <QToolButton>
+#include <QUuid>
 
 namespace
 {
@@ -80,11 +81,46 @@ DXQueryTab *Documents::add(const std::shared_ptr<DabroDBC> &details, const QStri
     return insert({.title = tr("Query %1").arg(++m_lastNumber)}, details, text);
 }
 
+DXQueryTab *Documents::add(const DXTextRecord &record)
+{
+    Document document{.id = record.id, .title = record.title, .path = record.filePath};
+    // What was in the file then may no longer be; the text is compared with what is there now.
+    if (!record.filePath.isNull())
+        document.content = read(record.filePath).bytes;
+    ++m_lastNumber;
+    DXQueryTab *const tab = insert(document, nullptr, record.text);
+    if (!tab)
+        return nullptr;
+    tab->editor().setCaretPosition(record.caret);
+    if (!record.filePath.isNull())
+        m_watcher.addPath(record.filePath);
+    return tab;
+}
+
+DXTextRecord Documents::record(const DXQueryTab &tab) const
+{
+    const Document document = m_documents.value(&tab);
+    return {.id = document.id,
+            .title = document.title,
+            .filePath = document.path,
+            .connectionId = tab.details()->connectionId(),
+            .text = tab.editor().text(),
+            .caret = tab.editor().caretPosition(),
+            .isModified = tab.editor().isModified(),
+            .order = indexOf(&tab)};
+}
+
 DXQueryTab *Documents::insert(const Document &document, const std::shared_ptr<DabroDBC> &details,
                               const QString &text)
 {
-    auto *const tab = new DXQueryTab({.details = details, .sshDelegate = m_sshDelegate});
-    m_documents.insert(tab, document);
+    if (!details && !m_plainDetails)
+        return nullptr;
+    auto *const tab = new DXQueryTab({.details = details ? details : m_plainDetails->copy(),
+                                      .hasConnection = details != nullptr,
+                                      .sshDelegate = m_sshDelegate});
+    Document &kept = *m_documents.insert(tab, document);
+    if (kept.id.isNull())
+        kept.id = QUuid::createUuid().toString(QUuid::WithoutBraces);
     tab->editor().setText(text);
     tab->editor().setModified(document.path.isNull() ? false : text.toUtf8() != document.content);
     connect(&tab->editor(), &QsciScintilla::modificationChanged, this,
@@ -97,6 +133,8 @@ DXQueryTab *Documents::insert(const Document &document, const std::shared_ptr<Da
     setCurrentIndex(index);
     updateTitle(*tab);
     tab->editor().setFocus();
+    if (!text.isEmpty())
+        Q_EMIT textChanged(tab);
     return tab;
 }
 
@@ -166,7 +204,8 @@ void Documents::close(DXQueryTab *tab)
         return;
     Q_EMIT removed(tab);
     const Document document = m_documents.take(tab);
-    m_closed.append({document, tab->editor().text(), tab->details()});
+    m_closed.append(
+        {document, tab->editor().text(), tab->hasConnection() ? tab->details() : nullptr});
     if (m_closed.size() > mostClosed)
         m_closed.removeFirst();
     if (!document.path.isNull())
@@ -210,7 +249,8 @@ void Documents::openFile(const QString &path, const std::shared_ptr<DabroDBC> &d
         Q_EMIT failed(tr("Could not open %1: %2.").arg(path, content.failure));
         return;
     }
-    insert({QFileInfo(absolute).fileName(), absolute, content.bytes}, details, content.text);
+    insert({.title = QFileInfo(absolute).fileName(), .path = absolute, .content = content.bytes},
+           details, content.text);
     m_watcher.addPath(absolute);
     remember(absolute);
 }
@@ -234,7 +274,7 @@ void Documents::saveAs(DXQueryTab &tab, const QString &path)
     const bool isSaved =
         file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
     if (isSaved) {
-        document = {QFileInfo(absolute).fileName(), absolute, bytes};
+        document = {document.id, QFileInfo(absolute).fileName(), absolute, bytes};
         tab.editor().setModified(false);
         updateTitle(tab);
         remember(absolute);

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "client/DXTextRecord.h"
+
 #include <QFileSystemWatcher>
 #include <QHash>
 #include <QList>
@@ -28,8 +30,15 @@ public:
     DXQueryTab *current() const;
     QList<DXQueryTab *> all() const;
 
-    /// Opens a tab after the others and goes there.
+    /// How SQL is read in tabs without a connection; before the first of those.
+    void setPlainDetails(const std::shared_ptr<DabroDBC> &details) { m_plainDetails = details; }
+    /// Opens a tab after the others and goes there; without a connection when details are null.
+    /// Null when no driver knows how to read SQL.
     DXQueryTab *add(const std::shared_ptr<DabroDBC> &details, const QString &text = {});
+    /// A tab as a journal kept it.
+    DXQueryTab *add(const DXTextRecord &record);
+    /// The tab as a journal keeps it.
+    DXTextRecord record(const DXQueryTab &tab) const;
     /// Closes the tab, after asking where a transaction is open; its text can be had back with
     /// reopen().
     void requestClose(DXQueryTab *tab);
@@ -70,6 +79,8 @@ protected:
 private:
     struct Document
     {
+        // Names the tab in the journal.
+        QString id = {};
         QString title = {};
         QString path = {};
         // What the file held when it was last read or written here.
@@ -93,5 +104,6 @@ private:
     QList<Closed> m_closed;
     QFileSystemWatcher m_watcher;
     std::shared_ptr<DXSSHDelegate> m_sshDelegate;
+    std::shared_ptr<DabroDBC> m_plainDetails;
     int m_lastNumber = 0;
 };

@@ -3,7 +3,9 @@
 #include "desktop/MainWindow.h"
 
 #include "client/DabroDBC.h"
+#include "core/DXNotificationCenter.h"
 #include "desktop/Connections.h"
+#include "desktop/DocumentJournal.h"
 #include "desktop/Documents.h"
 #include "desktop/ObjectFinder.h"
 #include "desktop/QueryCommands.h"
@@ -12,6 +14,7 @@
 #include "desktop/TreeCommands.h"
 #include "desktop/WelcomePage.h"
 #include "dispatch/DXDispatch.h"
+#include "ui/DXAlwaysVisibleUserNotification.h"
 #include "ui/DXDatabaseTreeView.h"
 #include "ui/DXQueryTab.h"
 #include "ui/DXSQLEditor.h"
@@ -65,6 +68,7 @@ MainWindow::MainWindow()
     , m_tree(new DXDatabaseTreeView(*m_treeCommands))
     , m_welcome(new WelcomePage)
     , m_queryCommands(new QueryCommands(m_actions, this))
+    , m_journal(new DocumentJournal(*m_documents, this))
 {
     setWindowTitle(QApplication::applicationDisplayName());
     setStatusBar(m_status);
@@ -95,7 +99,7 @@ void MainWindow::createMenus()
     m_actions.fill(*menuBar()->addMenu(tr("&Edit")), {{Id::Undo, Id::Redo},
                                                       {Id::Cut, Id::Copy, Id::Paste},
                                                       {Id::Find, Id::Replace},
-                                                      {Id::ToggleComment, Id::Complete}});
+                                                      {Id::Complete}});
     m_actions.fill(*menuBar()->addMenu(tr("&Query")), {{Id::RunStatement, Id::RunAll, Id::Cancel},
                                                        {Id::Commit, Id::RollBack, Id::ManualCommit},
                                                        {Id::NextResult, Id::PreviousResult},
@@ -103,12 +107,25 @@ void MainWindow::createMenus()
     QMenu *const view = menuBar()->addMenu(tr("&View"));
     m_actions.fill(*view, {{Id::CommandPalette, Id::GoToObject, Id::SearchTree},
                            {Id::Sidebar, Id::Refresh},
-                           {Id::NextTab, Id::PreviousTab},
-                           {Id::ZoomIn, Id::ZoomOut, Id::ResetZoom}});
+                           {Id::NextTab, Id::PreviousTab}});
     view->addSeparator();
     m_actions.fill(*view->addMenu(tr("&Appearance")),
                    {{Id::AppearanceSystem, Id::AppearanceLight, Id::AppearanceDark}});
     m_actions.fill(*menuBar()->addMenu(tr("&Help")), {{Id::About}});
+}
+
+// The editor's own commands belong to the editor that has the focus.
+void MainWindow::fillEditMenu(QMenu &menu)
+{
+    menu.clear();
+    m_actions.fill(menu, {{Id::Undo, Id::Redo},
+                          {Id::Cut, Id::Copy, Id::Paste},
+                          {Id::Find, Id::Replace},
+                          {Id::Complete}});
+    if (const DXQueryTab *const tab = m_documents->current()) {
+        menu.addSeparator();
+        menu.addActions(tab->editor().actions());
+    }
 }
 
 void MainWindow::createToolBar()
@@ -196,6 +213,7 @@ void MainWindow::connectFiles()
     });
     connect(m_documents, &Documents::titleChanged, this, &MainWindow::updateCentre);
     connect(m_documents, &Documents::failed, m_status, &StatusLine::announce);
+    connect(m_journal, &DocumentJournal::failed, m_status, &StatusLine::announce);
 }
 
 void MainWindow::connectView()
@@ -232,9 +250,8 @@ void MainWindow::updateCentre()
     m_centre->setCurrentIndex(tab ? 1 : 0);
     m_actions[Id::Disconnect]->setEnabled(tab && m_connections->find(*tab->details()));
     m_actions[Id::ReopenTab]->setEnabled(m_documents->canReopen());
-    const Connections::Connection *const connection =
-        tab ? m_connections->find(*tab->details()) : nullptr;
-    const QString color = connection ? connection->color() : QString();
+    const QString color =
+        tab && tab->hasConnection() ? Connections::color(*tab->details()) : QString();
     QPalette colors = palette();
     colors.setColor(QPalette::Window, color.isNull() ? DXTheme::of(colors).window : QColor(color));
     m_colorLine->setPalette(colors);
@@ -255,8 +272,8 @@ void MainWindow::openArguments(const QStringList &arguments)
     for (const QString &argument : arguments) {
         if (QFileInfo::exists(argument)) {
             const DXQueryTab *const tab = m_documents->current();
-            if (const auto details = tab ? tab->details() : m_connections->createDetails())
-                m_documents->openFile(argument, details->copy());
+            const bool hasConnection = tab && tab->hasConnection();
+            m_documents->openFile(argument, hasConnection ? tab->details()->copy() : nullptr);
             continue;
         }
         DXError error;
@@ -272,13 +289,10 @@ void MainWindow::newConnection() { }
 void MainWindow::newTab()
 {
     const DXQueryTab *const tab = m_documents->current();
-    auto details = tab ? tab->details() : nullptr;
+    auto details = tab && tab->hasConnection() ? tab->details() : nullptr;
     if (!details && !m_connections->open().isEmpty())
         details = m_connections->open().constFirst().details;
-    if (!details)
-        details = m_connections->createDetails();
-    if (details)
-        m_documents->add(details->copy());
+    m_documents->add(details ? details->copy() : nullptr);
 }
 
 void MainWindow::chooseFileToOpen()
@@ -322,7 +336,10 @@ void MainWindow::fillRecentFiles(QMenu &menu)
 void MainWindow::showCommands()
 {
     QList<Chooser::Choice> choices;
-    for (QAction *const action : m_actions.all())
+    QList<QAction *> commands = m_actions.all();
+    if (const DXQueryTab *const tab = m_documents->current())
+        commands += tab->editor().actions();
+    for (QAction *const action : std::as_const(commands))
         choices.append({.title = action->text().remove(u'&'),
                         .details = action->shortcut().toString(QKeySequence::NativeText),
                         .icon = action->icon(),
@@ -370,9 +387,17 @@ void MainWindow::showEvent(QShowEvent *event)
 void MainWindow::started()
 {
     m_connections->loadDrivers();
+    m_documents->setPlainDetails(m_connections->createDetails());
     if (!m_connections->hasDriver())
         m_status->announce(
             tr("No driver could be loaded from %1.").arg(DXDriverLoader::searchPath().join(u", ")));
+    m_journal->open();
+    m_notifications = DXNotificationCenter::sharedInstance().observe(
+        DXAlwaysVisibleUserNotification::undeliveredNotificationName(),
+        [status = m_status](const DXNotificationCenter::Notification &notification) {
+            status->announce(
+                notification.userInfo[DXAlwaysVisibleUserNotification::textKey()].toString());
+        });
     const QString demo = qEnvironmentVariable("DABRO_DEMO_URI");
     if (!demo.isEmpty()) {
         m_welcome->offerDemo();
@@ -386,6 +411,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     QSettings settings;
     settings.setValue(geometryKey, saveGeometry());
     settings.setValue(splitterKey, m_splitter->saveState());
+    m_journal->flush();
     QMainWindow::closeEvent(event);
 }
 

@@ -14,6 +14,7 @@ class Connections;
 class DXDatabaseTreeView;
 class DXQueryTab;
 class DabroDBC;
+class DocumentJournal;
 class Documents;
 class QFrame;
 class QSplitter;
@@ -52,6 +53,7 @@ protected:
 
 private:
     void createMenus();
+    void fillEditMenu(QMenu &menu);
     void createToolBar();
     void createCentre();
     void connectActions();
@@ -77,10 +79,12 @@ private:
     DXDatabaseTreeView *const m_tree;
     WelcomePage *const m_welcome;
     QueryCommands *const m_queryCommands;
+    DocumentJournal *const m_journal;
     TargetChooser *m_target = nullptr;
     QWidget *m_sidebar = nullptr;
     QSplitter *m_splitter = nullptr;
     QStackedWidget *m_centre = nullptr;
     QFrame *m_colorLine = nullptr;
+    std::shared_ptr<void> m_notifications;
     bool m_hasStarted = false;
 };

@@ -62,10 +62,6 @@ void QueryCommands::connectEditing()
     };
     onEditor(Id::Undo, [](DXSQLEditor &editor) { editor.undo(); });
     onEditor(Id::Redo, [](DXSQLEditor &editor) { editor.redo(); });
-    onEditor(Id::ToggleComment, [](DXSQLEditor &editor) { editor.toggleComment(); });
-    onEditor(Id::ZoomIn, [](DXSQLEditor &editor) { editor.zoomIn(); });
-    onEditor(Id::ZoomOut, [](DXSQLEditor &editor) { editor.zoomOut(); });
-    onEditor(Id::ResetZoom, [](DXSQLEditor &editor) { editor.zoomTo(0); });
 }
 
 void QueryCommands::connectRunning()
@@ -114,9 +110,8 @@ void QueryCommands::update()
     const bool isThere = m_tab != nullptr;
     const bool isBusy = isThere && m_tab->session().isBusy();
     const bool isOpen = isThere && m_tab->session().isInTransaction();
-    for (const Id id :
-         {Id::Undo, Id::Redo, Id::ToggleComment, Id::Complete, Id::Find, Id::Replace, Id::ZoomIn,
-          Id::ZoomOut, Id::ResetZoom, Id::Save, Id::SaveAs, Id::CloseTab, Id::ManualCommit})
+    for (const Id id : {Id::Undo, Id::Redo, Id::Complete, Id::Find, Id::Replace, Id::Save,
+                        Id::SaveAs, Id::CloseTab, Id::ManualCommit})
         m_actions[id]->setEnabled(isThere);
     m_actions[Id::RunStatement]->setEnabled(isThere && !isBusy);
     m_actions[Id::RunAll]->setEnabled(isThere && !isBusy);

@@ -59,12 +59,12 @@ void TargetChooser::follow(DXQueryTab *tab)
 
 void TargetChooser::update()
 {
-    const Connections::Connection *const connection =
-        m_tab ? m_connections.find(*m_tab->details()) : nullptr;
-    m_connection->setText(plain(connection ? connection->title() : tr("No connection")));
+    m_connection->setText(plain(m_tab && m_tab->hasConnection()
+                                    ? Connections::title(*m_tab->details())
+                                    : tr("No connection")));
     const QString database = m_tab ? m_tab->details()->database() : QString();
     m_database->setText(plain(database.isEmpty() ? tr("Default database") : database));
-    m_database->setVisible(connection != nullptr);
+    m_database->setVisible(m_tab && m_tab->hasConnection());
 }
 
 void TargetChooser::fillConnections()
@@ -72,7 +72,7 @@ void TargetChooser::fillConnections()
     QMenu &menu = *m_connection->menu();
     menu.clear();
     for (const Connections::Connection &connection : m_connections.open()) {
-        QAction *const action = menu.addAction(plain(connection.title()));
+        QAction *const action = menu.addAction(plain(Connections::title(*connection.details)));
         action->setEnabled(m_tab != nullptr);
         connect(action, &QAction::triggered, this,
                 [this, details = connection.details] { use(details->copy()); });
@@ -86,7 +86,7 @@ void TargetChooser::fillDatabases()
     QMenu &menu = *m_database->menu();
     menu.clear();
     const Connections::Connection *const connection =
-        m_tab ? m_connections.find(*m_tab->details()) : nullptr;
+        m_tab && m_tab->hasConnection() ? m_connections.find(*m_tab->details()) : nullptr;
     if (!connection || !connection->root)
         return;
     for (const QString &name : connection->root->allDatabaseNames()) {
@@ -107,7 +107,7 @@ void TargetChooser::use(const std::shared_ptr<DabroDBC> &details)
 {
     if (!m_tab)
         return;
-    if (m_tab->session().setDetails(details))
+    if (m_tab->setDetails(details))
         Q_EMIT changed();
     else
         Q_EMIT refused(m_tab->session().isBusy()

@@ -26,6 +26,11 @@ QString tr(const char *text)
 
 } // namespace
 
+QWidget *TreeCommands::targetWindow()
+{
+    return m_init.documents.window();
+}
+
 void TreeCommands::addNewQueryTab(const QString &query, const std::shared_ptr<DabroDBC> &details,
                                   QueryTab mode)
 {

@@ -29,6 +29,7 @@ public:
         : m_init(init)
     { }
 
+    QWidget *targetWindow() override;
     void addNewQueryTab(const QString &query, const std::shared_ptr<DabroDBC> &details,
                         QueryTab mode) override;
     void addNewQueryTabWithLoader(const std::shared_ptr<DXQueryLoader> &loader,

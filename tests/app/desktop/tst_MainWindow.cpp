@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/desktop/DesktopTest.h"
 #include "desktop/Chooser.h"
+#include "desktop/DocumentJournal.h"
 #include "desktop/Documents.h"
 #include "desktop/MainWindow.h"
 #include "support/DXWait.h"
+#include "ui/DXQuerySession.h"
 #include "ui/DXQueryTab.h"
 #include "ui/DXSQLEditor.h"
 
@@ -50,6 +52,7 @@ protected:
         }
         return index;
     }
+    bool hasJournal() const { return window().findChild<DocumentJournal *>()->isOpen(); }
     QString write(const QTemporaryDir &folder, const char *name, const QByteArray &content) const
     {
         const QString path = folder.filePath(QLatin1String(name));
@@ -88,7 +91,7 @@ TEST_F(MainWindowTest, findsEveryCommandByName)
     auto *const chooser = window().findChild<Chooser *>();
     ASSERT_TRUE(chooser);
     auto &list = *chooser->findChild<QListWidget *>();
-    EXPECT_EQ(list.count(), window().actions().all().size());
+    EXPECT_GT(list.count(), window().actions().all().size());
     auto &field = *chooser->findChild<QLineEdit *>();
     QTest::keyClicks(&field, u"tab new"_qs);
     ASSERT_EQ(list.count(), 1) << qPrintable(field.text());
@@ -96,7 +99,7 @@ TEST_F(MainWindowTest, findsEveryCommandByName)
     EXPECT_EQ(window().documents().count(), tabs + 1);
     // Two commands on one key would both be dead.
     QStringList keys;
-    for (const QAction *const action : window().actions().all()) {
+    for (const QAction *const action : window().actions().all() + tab().editor().actions()) {
         for (const QKeySequence &key : action->shortcuts())
             keys.append(key.toString());
     }
@@ -136,6 +139,26 @@ TEST_F(MainWindowTest, keepsFilesAndTextsApart)
     EXPECT_EQ(window().documents().path(tab()), path);
     window().openArguments({write(folder, "b.sql", "\xff\xfe")});
     EXPECT_TRUE(statusMessage().contains(u"UTF-8")) << qPrintable(statusMessage());
+}
+
+TEST_F(MainWindowTest, bringsTextsBackWithoutConnecting)
+{
+    EXPECT_TRUE(DXWait::until([this] { return hasJournal(); }));
+    tab().editor().setText(u"DROP TABLE browsed;\nSELECT 'ü'"_qs);
+    open();
+    ASSERT_TRUE(DXWait::until([this] { return window().documents().count() > 0; }));
+    EXPECT_EQ(tab().editor().text(), u"DROP TABLE browsed;\nSELECT 'ü'"_qs);
+    EXPECT_FALSE(tab().hasConnection());
+    press(Qt::Key_F5, Qt::NoModifier);
+    EXPECT_FALSE(tab().session().isBusy());
+    EXPECT_TRUE(messages().contains(u"no connection")) << qPrintable(messages());
+    EXPECT_EQ(PostgresCluster::shared().psql(u"SELECT count(*) FROM browsed"_qs).trimmed(),
+              u"0"_qs);
+    // What is closed by hand does not come back.
+    press(Qt::Key_W, Qt::ControlModifier);
+    open();
+    EXPECT_TRUE(DXWait::until([this] { return hasJournal(); }));
+    EXPECT_EQ(window().documents().count(), 0);
 }
 
 } // namespace

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/DocumentJournal.h"
+
+#include "client/DXTextJournal.h"
+#include "core/DXError.h"
+#include "desktop/Documents.h"
+#include "dispatch/DXDispatch.h"
+#include "ui/DXQueryTab.h"
+
+#include <QDir>
+#include <QPointer>
+#include <QStandardPaths>
+
+#include <utility>
+
+DocumentJournal::DocumentJournal(Documents &documents, QObject *parent)
+    : QObject(parent)
+    , m_documents(documents)
+{
+    connect(&documents, &Documents::textChanged, this, &DocumentJournal::keep);
+    connect(&documents, &Documents::removed, this, &DocumentJournal::forget);
+}
+
+DocumentJournal::~DocumentJournal() = default;
+
+void DocumentJournal::open()
+{
+    const QString folder = QDir(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation))
+                               .filePath(QStringLiteral("journal"));
+    DXDispatch::background([folder, self = QPointer(this)] {
+        DXError error;
+        // Handed over in a shared pointer, since what crosses threads has to be copyable.
+        const auto journal =
+            std::make_shared<std::unique_ptr<DXTextJournal>>(DXTextJournal::open(folder, &error));
+        DXDispatch::main([self, journal, error] {
+            if (!self)
+                return;
+            if (*journal)
+                self->opened(std::move(*journal));
+            else
+                Q_EMIT self->failed(tr("What you type cannot be kept on disk: %1")
+                                        .arg(error.description().trimmed()));
+        });
+    });
+}
+
+void DocumentJournal::opened(std::unique_ptr<DXTextJournal> journal)
+{
+    m_journal = std::move(journal);
+    m_journal->setFailureHandler([this](const DXError &error) {
+        if (error)
+            Q_EMIT failed(
+                tr("What you type cannot be kept on disk: %1").arg(error.description().trimmed()));
+    });
+    for (const QString &file : m_journal->unreadFiles())
+        Q_EMIT failed(tr("A text could not be restored; it is still in %1.").arg(file));
+    DXQueryTab *const current = m_documents.current();
+    for (const DXTextRecord &record : m_journal->records()) {
+        if (DXQueryTab *const tab = m_documents.add(record))
+            Q_EMIT restored(tab, record.connectionId);
+    }
+    if (current)
+        m_documents.setCurrentWidget(current);
+    for (DXQueryTab *const tab : std::exchange(m_early, {}))
+        keep(tab);
+}
+
+void DocumentJournal::flush()
+{
+    DXError error;
+    if (m_journal && !m_journal->flush(&error))
+        Q_EMIT failed(error.description());
+}
+
+void DocumentJournal::keep(DXQueryTab *tab)
+{
+    if (!m_journal) {
+        m_early.insert(tab);
+        return;
+    }
+    m_journal->changed(m_documents.record(*tab).id,
+                       [this, tab] { return m_documents.record(*tab); });
+}
+
+void DocumentJournal::forget(DXQueryTab *tab)
+{
+    m_early.remove(tab);
+    if (m_journal)
+        m_journal->remove(m_documents.record(*tab).id);
+}

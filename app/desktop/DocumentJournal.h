@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QSet>
+#include <QString>
+
+#include <memory>
+
+class DXQueryTab;
+class DXTextJournal;
+class Documents;
+
+/// Keeps the texts of a window's tabs on disk as they are typed, and brings them back when the
+/// program starts, however it ended. Nothing is connected or run by that. [main]
+class DocumentJournal final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DocumentJournal(Documents &documents, QObject *parent = nullptr);
+    ~DocumentJournal() override;
+
+    /// Reads in the background what was kept, and opens it in tabs.
+    void open();
+    bool isOpen() const { return m_journal != nullptr; }
+    /// Writes what changed last: before the tabs go.
+    void flush();
+
+Q_SIGNALS:
+    /// A tab came back whose connection has this identity; it has none yet.
+    void restored(DXQueryTab *tab, const QString &connectionId);
+    /// What cannot be kept, for the user.
+    void failed(const QString &message);
+
+private:
+    void opened(std::unique_ptr<DXTextJournal> journal);
+    void keep(DXQueryTab *tab);
+    void forget(DXQueryTab *tab);
+
+    Documents &m_documents;
+    std::unique_ptr<DXTextJournal> m_journal;
+    // Changed before the journal was there.
+    QSet<DXQueryTab *> m_early;
+};
