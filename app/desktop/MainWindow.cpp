@@ -7,6 +7,7 @@
 #include "desktop/Connections.h"
 #include "desktop/DocumentJournal.h"
 #include "desktop/Documents.h"
+#include "desktop/FileCommands.h"
 #include "desktop/ObjectFinder.h"
 #include "desktop/QueryCommands.h"
 #include "desktop/StatusLine.h"
@@ -23,7 +24,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -68,6 +68,7 @@ MainWindow::MainWindow()
     , m_tree(new DXDatabaseTreeView(*m_treeCommands))
     , m_welcome(new WelcomePage)
     , m_queryCommands(new QueryCommands(m_actions, this))
+    , m_files(new FileCommands(m_actions, *m_documents, *this))
     , m_journal(new DocumentJournal(*m_documents, this))
 {
     setWindowTitle(QApplication::applicationDisplayName());
@@ -76,7 +77,7 @@ MainWindow::MainWindow()
     createMenus();
     createCentre();
     connectActions();
-    connectFiles();
+    connectDocuments();
     connectView();
     restore();
     updateCentre();
@@ -94,7 +95,8 @@ void MainWindow::createMenus()
     QMenu *const file = menuBar()->addMenu(tr("&File"));
     m_actions.fill(*file, {{Id::NewConnection, Id::Disconnect}, {Id::NewTab, Id::Open}});
     QMenu *const recent = file->addMenu(tr("Open &recent"));
-    connect(recent, &QMenu::aboutToShow, this, [this, recent] { fillRecentFiles(*recent); });
+    connect(recent, &QMenu::aboutToShow, this,
+            [this, recent] { m_files->fillRecentFiles(*recent); });
     m_actions.fill(*file, {{Id::Save, Id::SaveAs}, {Id::CloseTab, Id::ReopenTab}, {Id::Quit}});
     m_actions.fill(*menuBar()->addMenu(tr("&Edit")), {{Id::Undo, Id::Redo},
                                                       {Id::Cut, Id::Copy, Id::Paste},
@@ -202,15 +204,9 @@ void MainWindow::connectActions()
     });
 }
 
-void MainWindow::connectFiles()
+void MainWindow::connectDocuments()
 {
-    m_actions.connect(Id::Open, [this] { chooseFileToOpen(); });
-    m_actions.connect(Id::SaveAs, [this] { chooseFileToSave(); });
-    m_actions.connect(Id::Save, [this] {
-        DXQueryTab *const tab = m_documents->current();
-        if (tab && !m_documents->save(*tab))
-            chooseFileToSave();
-    });
+    connect(m_files, &FileCommands::openRequested, this, &MainWindow::openArguments);
     connect(m_documents, &Documents::titleChanged, this, &MainWindow::updateCentre);
     connect(m_documents, &Documents::failed, m_status, &StatusLine::announce);
     connect(m_journal, &DocumentJournal::failed, m_status, &StatusLine::announce);
@@ -293,44 +289,6 @@ void MainWindow::newTab()
     if (!details && !m_connections->open().isEmpty())
         details = m_connections->open().constFirst().details;
     m_documents->add(details ? details->copy() : nullptr);
-}
-
-void MainWindow::chooseFileToOpen()
-{
-    auto *const dialog = new QFileDialog(this, tr("Open"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFiles);
-    dialog->setNameFilters({tr("SQL files (*.sql)"), tr("All files (*)")});
-    connect(dialog, &QFileDialog::filesSelected, this, &MainWindow::openArguments);
-    dialog->open();
-}
-
-void MainWindow::chooseFileToSave()
-{
-    if (!m_documents->current())
-        return;
-    auto *const dialog = new QFileDialog(this, tr("Save as"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(QStringLiteral("sql"));
-    dialog->setNameFilters({tr("SQL files (*.sql)"), tr("All files (*)")});
-    connect(dialog, &QFileDialog::fileSelected, this,
-            [this, tab = QPointer(m_documents->current())](const QString &path) {
-                if (tab)
-                    m_documents->saveAs(*tab, path);
-            });
-    dialog->open();
-}
-
-void MainWindow::fillRecentFiles(QMenu &menu)
-{
-    menu.clear();
-    const QStringList files = Documents::recentFiles();
-    for (const QString &path : files)
-        menu.addAction(QString(path).replace(u'&', QStringLiteral("&&")), this,
-                       [this, path] { openArguments({path}); });
-    if (files.isEmpty())
-        menu.addAction(tr("No files yet"))->setEnabled(false);
 }
 
 void MainWindow::showCommands()
