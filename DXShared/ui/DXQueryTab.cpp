@@ -5,6 +5,8 @@
 #include "client/DXQueryResult.h"
 #include "client/DabroDBC.h"
 #include "client/DabroDatabaseClient.h"
+#include "editing/DXSQLCompletion.h"
+#include "ui/DXCompletionPopup.h"
 #include "ui/DXMessageView.h"
 #include "ui/DXQuerySession.h"
 #include "ui/DXResultPage.h"
@@ -55,6 +57,7 @@ QString withoutQuotedLine(const QString &message)
 DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
     : QWidget(parent)
     , m_editor(createEditor(*init.details))
+    , m_completion(new DXCompletionPopup(*m_editor))
     , m_session(
           new DXQuerySession({.details = init.details, .sshDelegate = init.sshDelegate}, this))
     , m_messages(new DXMessageView)
@@ -78,6 +81,7 @@ DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
     layout->addWidget(splitter);
     setFocusProxy(m_editor);
 
+    updateCompletion();
     m_tick.setInterval(std::chrono::milliseconds(100));
     connect(&m_tick, &QTimer::timeout, this, &DXQueryTab::updateTitles);
     connect(m_session, &DXQuerySession::stateChanged, this, &DXQueryTab::statusChanged);
@@ -105,8 +109,18 @@ bool DXQueryTab::setDetails(const std::shared_ptr<DabroDBC> &details)
     if (!m_session->setDetails(details))
         return false;
     m_hasConnection = true;
+    updateCompletion();
     Q_EMIT statusChanged();
     return true;
+}
+
+void DXQueryTab::updateCompletion()
+{
+    if (!m_hasConnection)
+        return;
+    const auto completion = std::make_shared<DXSQLCompletion>(details());
+    completion->load();
+    m_completion->setCompletion(completion);
 }
 
 void DXQueryTab::runAll()

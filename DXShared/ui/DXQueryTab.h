@@ -13,6 +13,7 @@
 
 #include <memory>
 
+class DXCompletionPopup;
 class DXMessageView;
 class DXQueryResult;
 class DXQueryResultDetails;
@@ -82,6 +83,7 @@ Q_SIGNALS:
     void finished(const DXError &error);
 
 private:
+    void updateCompletion();
     void run(const QList<DXQueryDetails> &statements);
     void clearResults();
     void takeResults();
@@ -93,6 +95,7 @@ private:
     DXResultText::Dialect dialect() const;
 
     DXSQLEditor *const m_editor;
+    DXCompletionPopup *const m_completion;
     DXQuerySession *const m_session;
     DXMessageView *const m_messages;
     QTabWidget *const m_results;

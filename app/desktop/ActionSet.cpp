@@ -42,7 +42,6 @@ const Definition definitions[] = {
     {Id::Paste, QT_TRANSLATE_NOOP("ActionSet", "&Paste"), "", ""},
     {Id::Find, QT_TRANSLATE_NOOP("ActionSet", "&Find"), "Ctrl+F", ""},
     {Id::Replace, QT_TRANSLATE_NOOP("ActionSet", "R&eplace"), "Ctrl+H", ""},
-    {Id::Complete, QT_TRANSLATE_NOOP("ActionSet", "C&omplete"), "Ctrl+Space", ""},
     {Id::RunStatement, QT_TRANSLATE_NOOP("ActionSet", "&Run"), "Ctrl+Return; Ctrl+Enter",
      "Action-Run"},
     {Id::RunAll, QT_TRANSLATE_NOOP("ActionSet", "Run &all"), "F5", "Action-RunAll"},

@@ -39,7 +39,6 @@ public:
         Paste,
         Find,
         Replace,
-        Complete,
         RunStatement,
         RunAll,
         Cancel,
