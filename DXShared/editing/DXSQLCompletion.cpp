@@ -327,13 +327,13 @@ private:
                                        ? m_scope.relationCalled(path[0])
                                        : nullptr;
         if (relation) {
-            addColumns(relation->columns, relation->name, 0);
+            addColumns(relation->columns, {}, 0);
             return;
         }
         if (!m_names)
             return;
         if (m_clause.kind != Clause::Relation)
-            addColumns(columnsOf(path), path.last(), 0);
+            addColumns(columnsOf(path), {}, 0);
         if (path.size() > 1 || !m_names->schemaCalled(path[0]))
             return;
         const QString schema = m_names->schemaCalled(path[0])->entryName;

@@ -4,6 +4,7 @@
 
 #include "ui/DXSQLBrackets.h"
 #include "ui/DXSQLEditorActions.h"
+#include "ui/DXSQLFolding.h"
 #include "ui/DXSQLStyler.h"
 #include "ui/DXSQLTyping.h"
 #include "ui/DXTheme.h"
@@ -24,8 +25,6 @@ constexpr QLatin1String comment("-- ");
 // Between the line numbers' margin and the text.
 constexpr int textMargin = 8;
 constexpr int numberMargin = 0;
-constexpr int foldMargin = 1;
-constexpr int foldMarginWidth = 14;
 constexpr int codeUnits = QsciScintillaBase::SC_LINECHARACTERINDEX_UTF16;
 // What surroundings() looks at at most.
 constexpr int linesAround = 2000;
@@ -41,9 +40,9 @@ DXSQLEditor::DXSQLEditor(const Init &init, QWidget *parent)
     , m_brackets(std::make_unique<DXSQLBrackets>(init.options, *m_styler))
     , m_typing(std::make_unique<DXSQLTyping>(DXSQLTyping::Init{
           .editor = *this, .options = init.options, .styler = *m_styler, .brackets = *m_brackets}))
+    , m_folding(std::make_unique<DXSQLFolding>(*this, *m_styler))
 {
     setUpView();
-    setUpFolding();
     freeKeys();
     DXSQLEditorActions::addTo(*this);
     applyTheme(DXTheme::of(palette()));
@@ -93,27 +92,6 @@ void DXSQLEditor::setUpView()
     SendScintilla(SCI_INDICSETSTYLE, long(RunningIndicator), long(INDIC_FULLBOX));
     SendScintilla(SCI_INDICSETUNDER, long(RunningIndicator), 1L);
     SendScintilla(SCI_INDICSETSTYLE, long(AutoClosedIndicator), long(INDIC_HIDDEN));
-}
-
-void DXSQLEditor::setUpFolding()
-{
-    setMarginType(foldMargin, SymbolMargin);
-    setMarginWidth(foldMargin, foldMarginWidth);
-    setMarginSensitivity(foldMargin, true);
-    setMarginMarkerMask(foldMargin, static_cast<int>(SC_MASK_FOLDERS));
-    for (const int marker : {SC_MARKNUM_FOLDERSUB, SC_MARKNUM_FOLDERTAIL, SC_MARKNUM_FOLDERMIDTAIL})
-        SendScintilla(SCI_MARKERDEFINE, static_cast<unsigned long>(marker), long(SC_MARK_EMPTY));
-    for (const int marker : {SC_MARKNUM_FOLDER, SC_MARKNUM_FOLDEREND})
-        SendScintilla(SCI_MARKERDEFINE, static_cast<unsigned long>(marker), long(SC_MARK_ARROW));
-    for (const int marker : {SC_MARKNUM_FOLDEROPEN, SC_MARKNUM_FOLDEROPENMID})
-        SendScintilla(SCI_MARKERDEFINE, static_cast<unsigned long>(marker),
-                      long(SC_MARK_ARROWDOWN));
-    SendScintilla(SCI_SETAUTOMATICFOLD, long(SC_AUTOMATICFOLD_SHOW | SC_AUTOMATICFOLD_CHANGE));
-    SendScintilla(SCI_FOLDDISPLAYTEXTSETSTYLE, long(SC_FOLDDISPLAYTEXT_BOXED));
-    connect(this, &QsciScintilla::marginClicked, this, [this](int margin, int line) {
-        if (margin == foldMargin)
-            toggleFold(line);
-    });
 }
 
 // Scintilla binds letters with Ctrl to commands of its own, and would keep them from the window.
@@ -177,16 +155,7 @@ void DXSQLEditor::applyTheme(const DXTheme &theme)
     setMarginsBackgroundColor(theme.surface);
     setMarginsForegroundColor(theme.null);
     setMarginsFont(font());
-    setFoldMarginColors(theme.surface, theme.surface);
-    for (const int marker : {SC_MARKNUM_FOLDER, SC_MARKNUM_FOLDEREND, SC_MARKNUM_FOLDEROPEN,
-                             SC_MARKNUM_FOLDEROPENMID}) {
-        setMarkerForegroundColor(theme.null, marker);
-        setMarkerBackgroundColor(theme.null, marker);
-    }
-    SendScintilla(SCI_STYLESETFORE, static_cast<unsigned long>(STYLE_FOLDDISPLAYTEXT),
-                  theme.secondaryText);
-    SendScintilla(SCI_STYLESETBACK, static_cast<unsigned long>(STYLE_FOLDDISPLAYTEXT),
-                  theme.alternateRow);
+    m_folding->applyTheme(theme);
     setCaretForegroundColor(theme.text);
     SendScintilla(SCI_SETADDITIONALCARETFORE, theme.accent);
     setCaretLineBackgroundColor(theme.alternateRow);
@@ -242,6 +211,18 @@ void DXSQLEditor::matchBrackets()
     else
         SendScintilla(SCI_BRACEHIGHLIGHT, static_cast<unsigned long>(byteOf(pair->bracket)),
                       byteOf(*pair->other));
+}
+
+QByteArray DXSQLEditor::utf8() const
+{
+    return bytes(0, SendScintilla(SCI_GETLENGTH));
+}
+
+QByteArray DXSQLEditor::bytes(long begin, long end) const
+{
+    const long at =
+        SendScintilla(SCI_GETRANGEPOINTER, static_cast<unsigned long>(begin), end - begin);
+    return {reinterpret_cast<const char *>(at), end - begin};
 }
 
 long DXSQLEditor::byteAt(qsizetype position) const
@@ -305,12 +286,8 @@ DXSQLEditor::Surroundings DXSQLEditor::surroundings() const
     const long begin = std::max(SendScintilla(SCI_POSITIONFROMLINE, first), caret - bytesAround);
     const long lastLine = std::min(long(line(caret)) + linesAround, long(lines()) - 1);
     const long end = std::min(SendScintilla(SCI_GETLINEENDPOSITION, lastLine), caret + bytesAround);
-    const QByteArray bytes(
-        reinterpret_cast<const char *>(
-            SendScintilla(SCI_GETRANGEPOINTER, static_cast<unsigned long>(begin), end - begin)),
-        end - begin);
-    const QString before = QString::fromUtf8(bytes.first(caret - begin));
-    return {before + QString::fromUtf8(bytes.sliced(caret - begin)), before.size()};
+    const QString before = QString::fromUtf8(bytes(begin, caret));
+    return {before + QString::fromUtf8(bytes(caret, end)), before.size()};
 }
 
 void DXSQLEditor::replaceAroundCaret(qsizetype before, qsizetype behind, const QString &text)
@@ -318,12 +295,23 @@ void DXSQLEditor::replaceAroundCaret(qsizetype before, qsizetype behind, const Q
     const auto caret = static_cast<unsigned long>(SendScintilla(SCI_GETCURRENTPOS));
     const long begin = SendScintilla(SCI_POSITIONRELATIVECODEUNITS, caret, -long(before));
     const long end = SendScintilla(SCI_POSITIONRELATIVECODEUNITS, caret, long(behind));
+    SendScintilla(SCI_GOTOPOS, replaceBytes(begin, end, text));
+}
+
+void DXSQLEditor::replaceRange(const DXTextRange &range, const QString &text)
+{
+    replaceBytes(byteAt(range.location), byteAt(range.end()), text);
+}
+
+// Where the new text ends.
+long DXSQLEditor::replaceBytes(long begin, long end, const QString &text)
+{
     const QByteArray bytes = text.toUtf8();
     beginUndoAction();
     SendScintilla(SCI_SETTARGETRANGE, static_cast<unsigned long>(begin), end);
     SendScintilla(SCI_REPLACETARGET, static_cast<unsigned long>(bytes.size()), bytes.constData());
     endUndoAction();
-    SendScintilla(SCI_GOTOPOS, begin + long(bytes.size()));
+    return begin + long(bytes.size());
 }
 
 std::optional<DXQueryDetails> DXSQLEditor::statementAtCaret() const
@@ -414,50 +402,24 @@ void DXSQLEditor::duplicateLines()
         --last;
     const long from = SendScintilla(SCI_POSITIONFROMLINE, long(line(begin)));
     const long to = SendScintilla(SCI_GETLINEENDPOSITION, long(last));
-    const QByteArray copy =
-        '\n'
-        + QByteArray(reinterpret_cast<const char *>(SendScintilla(
-                         SCI_GETRANGEPOINTER, static_cast<unsigned long>(from), to - from)),
-                     to - from);
+    const QByteArray copy = '\n' + bytes(from, to);
     SendScintilla(SCI_INSERTTEXT, static_cast<unsigned long>(to), copy.constData());
     SendScintilla(SCI_SETSEL, begin + long(copy.size()), end + long(copy.size()));
 }
 
-void DXSQLEditor::toggleFold(int line)
-{
-    if (!(SendScintilla(SCI_GETFOLDLEVEL, long(line)) & SC_FOLDLEVELHEADERFLAG))
-        return;
-    m_styler->readAll();
-    SendScintilla(SCI_TOGGLEFOLDSHOWTEXT, static_cast<unsigned long>(line), " … ");
-}
-
 void DXSQLEditor::toggleFoldAtCaret()
 {
-    const int caretLine = line(SendScintilla(SCI_GETCURRENTPOS));
-    m_styler->readAll();
-    const bool isHeader =
-        (SendScintilla(SCI_GETFOLDLEVEL, long(caretLine)) & SC_FOLDLEVELHEADERFLAG) != 0;
-    const int header =
-        isHeader ? caretLine : static_cast<int>(SendScintilla(SCI_GETFOLDPARENT, long(caretLine)));
-    if (header < 0)
-        return;
-    toggleFold(header);
-    if (header != caretLine)
-        SendScintilla(SCI_GOTOLINE, long(header));
+    m_folding->toggle(line(SendScintilla(SCI_GETCURRENTPOS)));
 }
 
 void DXSQLEditor::foldAll()
 {
-    m_styler->readAll();
-    SendScintilla(SCI_FOLDALL, long(SC_FOLDACTION_CONTRACT));
-    SendScintilla(SCI_SCROLLCARET);
+    m_folding->foldAll();
 }
 
 void DXSQLEditor::unfoldAll()
 {
-    m_styler->readAll();
-    SendScintilla(SCI_FOLDALL, long(SC_FOLDACTION_EXPAND));
-    SendScintilla(SCI_SCROLLCARET);
+    m_folding->unfoldAll();
 }
 
 void DXSQLEditor::setClosesBrackets(bool yes)

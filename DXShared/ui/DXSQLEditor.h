@@ -16,6 +16,7 @@
 #include <optional>
 
 class DXSQLBrackets;
+class DXSQLFolding;
 class DXSQLStyler;
 class DXSQLTyping;
 struct DXTheme;
@@ -72,6 +73,10 @@ public:
     /// and the caret behind it.
     void replaceAroundCaret(qsizetype before, qsizetype behind, const QString &text);
 
+    /// Puts text in place of a range, as one step to undo; the caret stays where it was in what
+    /// stands outside.
+    void replaceRange(const DXTextRange &range, const QString &text);
+
     /// Underlines the ranges as failed, in place of those before. The marks go when their line is
     /// edited.
     void markErrors(const QList<DXTextRange> &ranges);
@@ -92,6 +97,8 @@ public:
     /// Whether a typed bracket or quote brings the one that closes it; on at first.
     void setClosesBrackets(bool yes);
 
+    /// The text as it is kept, a quick copy.
+    QByteArray utf8() const;
     /// Scintilla's positions, which count bytes, and ours; both quick in a text of any size.
     long byteAt(qsizetype position) const;
     qsizetype positionOf(long byte) const;
@@ -103,18 +110,19 @@ protected:
 
 private:
     void setUpView();
-    void setUpFolding();
     void freeKeys();
     void applyTheme(const DXTheme &theme);
     void modified(int bytePosition, int kind, int linesAdded);
     void mark(int indicator, const QList<DXTextRange> &ranges);
     void matchBrackets();
+    QByteArray bytes(long begin, long end) const;
+    long replaceBytes(long begin, long end, const QString &text);
     void showLineNumbers();
-    void toggleFold(int line);
     int line(long byte) const;
 
     const DXQuerySplitter m_splitter;
     const std::unique_ptr<DXSQLStyler> m_styler;
     const std::unique_ptr<DXSQLBrackets> m_brackets;
     const std::unique_ptr<DXSQLTyping> m_typing;
+    const std::unique_ptr<DXSQLFolding> m_folding;
 };

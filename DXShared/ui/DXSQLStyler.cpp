@@ -14,7 +14,7 @@ using Base = QsciScintillaBase;
 
 // More than any screen shows; what lies further above the end of what is asked for is coloured when
 // it is scrolled to.
-constexpr int linesAtOnce = 2000;
+constexpr int linesAtOnce = 300;
 constexpr std::chrono::milliseconds slice(4);
 constexpr int linesBetweenLooksAtTheClock = 64;
 
@@ -113,15 +113,17 @@ void DXSQLStyler::styleLine(int line)
 {
     const QString content = lineText(line);
     SQLTokenizer tokenizer(m_options, content, m_lines.before(line).lexical);
-    m_view.SendScintilla(Base::SCI_STARTSTYLING,
-                         m_view.SendScintilla(Base::SCI_POSITIONFROMLINE, long(line)));
+    QByteArray styles;
     while (const auto token = tokenizer.next()) {
         const QStringView written =
             QStringView(content).sliced(token->range.location, token->range.length);
-        m_view.SendScintilla(Base::SCI_SETSTYLING,
-                             static_cast<unsigned long>(written.toUtf8().size()),
-                             long(styleOf(*token, written)));
+        styles.append(written.toUtf8().size(), static_cast<char>(styleOf(*token, written)));
     }
+    m_view.SendScintilla(Base::SCI_STARTSTYLING,
+                         m_view.SendScintilla(Base::SCI_POSITIONFROMLINE, long(line)));
+    // At once: the view looks at everything that it shows after each change of styles.
+    m_view.SendScintilla(Base::SCI_SETSTYLINGEX, static_cast<unsigned long>(styles.size()),
+                         styles.constData());
     m_isStyled[line] = true;
 }
 
