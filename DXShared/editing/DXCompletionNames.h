@@ -29,8 +29,8 @@ public:
         QString defaultSchema;
     };
     explicit DXCompletionNames(const Init &init);
-    /// The names that helper has for details; nothing while it has none. Takes a fifth of a second
-    /// for 100,000 tables. [background]
+    /// The names that helper has for details; nothing while it has none. Takes a second or
+    /// two for 100,000 tables. [background]
     static std::shared_ptr<const DXCompletionNames> read(const DXAutocompleteHelper &helper,
                                                          const DabroDBC &details);
 

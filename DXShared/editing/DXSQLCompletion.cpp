@@ -10,7 +10,6 @@
 #include "editing/DXSQLScope.h"
 
 #include <QHash>
-#include <QSet>
 
 #include <algorithm>
 
@@ -20,20 +19,6 @@ namespace
 using Clause = DXSQLClause::Kind;
 using Column = DXSQLScope::Column;
 using Relation = DXSQLScope::Relation;
-
-// Words of the standard that drivers do not list, because names may be called so.
-QStringList otherWords()
-{
-    return {u"ADD"_qs,          u"BEGIN"_qs,     u"BETWEEN"_qs,   u"BY"_qs,        u"CASCADE"_qs,
-            u"COLUMN"_qs,       u"CONFLICT"_qs,  u"DATABASE"_qs,  u"DELETE"_qs,    u"EXISTS"_qs,
-            u"EXPLAIN"_qs,      u"FILTER"_qs,    u"FIRST"_qs,     u"FOLLOWING"_qs, u"FUNCTION"_qs,
-            u"IF"_qs,           u"INDEX"_qs,     u"INSERT"_qs,    u"KEY"_qs,       u"LAST"_qs,
-            u"MATERIALIZED"_qs, u"NOTHING"_qs,   u"NULLS"_qs,     u"OVER"_qs,      u"PARTITION"_qs,
-            u"PRECEDING"_qs,    u"RANGE"_qs,     u"RECURSIVE"_qs, u"RENAME"_qs,    u"REPLACE"_qs,
-            u"RESTRICT"_qs,     u"ROW"_qs,       u"ROWS"_qs,      u"SCHEMA"_qs,    u"SEQUENCE"_qs,
-            u"SET"_qs,          u"TEMPORARY"_qs, u"TRIGGER"_qs,   u"TYPE"_qs,      u"UNBOUNDED"_qs,
-            u"UPDATE"_qs,       u"VALUES"_qs,    u"VIEW"_qs,      u"WITHIN"_qs,    u"ZONE"_qs};
-}
 
 bool isPlainName(const QString &name)
 {
@@ -274,12 +259,9 @@ private:
         if (m_words.isQuoted)
             return;
         const bool small = writesSmall();
-        const auto isWanted = [&](qsizetype index) {
-            return withFunctions || !m_completion.m_isFunction[index];
-        };
-        for (const auto &hit : m_completion.m_wordIndex.find(m_words.typed, maximum, isWanted)) {
-            const bool isFunction = m_completion.m_isFunction[hit.index];
-            const QString &word = m_completion.m_words[hit.index];
+        for (const auto &hit :
+             m_completion.m_keyWords.find(m_words.typed, maximum, withFunctions)) {
+            const auto &[word, isFunction] = m_completion.m_keyWords.at(hit.index);
             const QString text = small ? word.toLower() : isFunction ? word : word.toUpper();
             add(hit.match, isFunction ? place : place + 1,
                 {.kind = isFunction ? Kind::Function : Kind::Keyword,
@@ -391,21 +373,8 @@ DXSQLCompletion::DXSQLCompletion(const std::shared_ptr<const DabroDBC> &details)
     : m_options(optionsOf(*details))
     , m_client(details->createNewClient())
     , m_cache(DXCompletionCache::of(details))
-{
-    const QStringList functions = details->sqlFunctions();
-    const QSet<QString> functionSet(functions.begin(), functions.end());
-    const QStringList keywords = details->sqlKeywords();
-    QSet<QString> known;
-    for (const QString &word : keywords + otherWords() + functions) {
-        const qsizetype before = known.size();
-        known.insert(word.toUpper());
-        if (known.size() == before)
-            continue;
-        m_words += word;
-        m_isFunction += functionSet.contains(word) && !contains(keywords, word);
-    }
-    m_wordIndex = DXNameIndex(m_words);
-}
+    , m_keyWords(*details)
+{ }
 
 DXSQLCompletion::~DXSQLCompletion() = default;
 

@@ -4,7 +4,7 @@
 
 #include "core/DXGlobal.h"
 #include "core/DXTextRange.h"
-#include "editing/DXNameIndex.h"
+#include "editing/DXCompletionWords.h"
 #include "query/SQLMetadataTokenizerOptions.h"
 
 #include <QList>
@@ -66,8 +66,5 @@ private:
     const SQLMetadataTokenizerOptions m_options;
     const std::unique_ptr<DabroDatabaseClient> m_client;
     const std::shared_ptr<DXCompletionCache> m_cache;
-    QStringList m_words;
-    // Which of the words are functions.
-    QList<bool> m_isFunction;
-    DXNameIndex m_wordIndex;
+    const DXCompletionWords m_keyWords;
 };

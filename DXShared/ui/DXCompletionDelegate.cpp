@@ -14,6 +14,8 @@ namespace
 constexpr int padding = 8;
 constexpr int iconSize = 16;
 constexpr int gap = 24;
+// What widths in whole pixels may lack on a scaled screen.
+constexpr int rounding = 4;
 
 } // namespace
 
@@ -31,7 +33,7 @@ int DXCompletionDelegate::widthOf(const QModelIndex &index, const QFontMetrics &
     const QString secondary = index.data(DXCompletionModel::SecondaryRole).toString();
     const int name = metrics.horizontalAdvance(index.data().toString());
     return textOffset() + name + (secondary.isEmpty() ? 0 : gap)
-           + metrics.horizontalAdvance(secondary) + padding;
+           + metrics.horizontalAdvance(secondary) + padding + rounding;
 }
 
 QSize DXCompletionDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const

@@ -78,3 +78,27 @@ std::optional<DXSQLBrackets::Pair> DXSQLBrackets::at(Place caret, int lineCount)
     }
     return std::nullopt;
 }
+
+void DXSQLBrackets::show(QsciScintillaBase &view) const
+{
+    using Base = QsciScintillaBase;
+    const auto lineStart = [&view](long line) {
+        return static_cast<unsigned long>(view.SendScintilla(Base::SCI_POSITIONFROMLINE, line));
+    };
+    const auto byteOf = [&](Place place) {
+        return view.SendScintilla(Base::SCI_POSITIONRELATIVECODEUNITS, lineStart(place.line),
+                                  long(place.column));
+    };
+    const long caret = view.SendScintilla(Base::SCI_GETCURRENTPOS);
+    const long line = view.SendScintilla(Base::SCI_LINEFROMPOSITION, caret);
+    const long column = view.SendScintilla(Base::SCI_COUNTCODEUNITS, lineStart(line), caret);
+    const auto pair = at({static_cast<int>(line), column},
+                         static_cast<int>(view.SendScintilla(Base::SCI_GETLINECOUNT)));
+    if (!pair)
+        view.SendScintilla(Base::SCI_BRACEHIGHLIGHT, ~0UL, -1L);
+    else if (!pair->other)
+        view.SendScintilla(Base::SCI_BRACEBADLIGHT, byteOf(pair->bracket));
+    else
+        view.SendScintilla(Base::SCI_BRACEHIGHLIGHT,
+                           static_cast<unsigned long>(byteOf(pair->bracket)), byteOf(*pair->other));
+}

@@ -9,6 +9,7 @@
 #include <optional>
 
 class DXSQLStyler;
+class QsciScintillaBase;
 
 /// Finds the other one of a pair of brackets, with no regard to those in strings and comments.
 /// [main]
@@ -33,6 +34,8 @@ public:
     /// The pair of which one stands before the caret, or else behind it; nothing where there is no
     /// bracket, and where its other is thousands of lines away.
     std::optional<Pair> at(Place caret, int lineCount) const;
+    /// Lights up the pair at the view's caret, or the bracket that has no other.
+    void show(QsciScintillaBase &view) const;
 
 private:
     struct Bracket;

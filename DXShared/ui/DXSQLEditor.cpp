@@ -9,14 +9,11 @@
 #include "ui/DXSQLTyping.h"
 #include "ui/DXTheme.h"
 
-#include <Qsci/qscicommandset.h>
-
 #include <QEvent>
 #include <QFontDatabase>
 #include <QKeyEvent>
 
 #include <algorithm>
-#include <array>
 
 namespace
 {
@@ -43,7 +40,7 @@ DXSQLEditor::DXSQLEditor(const Init &init, QWidget *parent)
     , m_folding(std::make_unique<DXSQLFolding>(*this, *m_styler))
 {
     setUpView();
-    freeKeys();
+    DXSQLEditorActions::freeKeys(*this);
     DXSQLEditorActions::addTo(*this);
     applyTheme(DXTheme::of(palette()));
 
@@ -56,7 +53,7 @@ DXSQLEditor::DXSQLEditor(const Init &init, QWidget *parent)
             [this](int character) { m_typing->added(character); });
     connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int what) {
         if (what & (SC_UPDATE_SELECTION | SC_UPDATE_CONTENT))
-            matchBrackets();
+            m_brackets->show(*this);
     });
     connect(this, &QsciScintillaBase::SCN_ZOOM, this, &DXSQLEditor::showLineNumbers);
     connect(this, &QsciScintilla::linesChanged, this, &DXSQLEditor::showLineNumbers);
@@ -92,28 +89,6 @@ void DXSQLEditor::setUpView()
     SendScintilla(SCI_INDICSETSTYLE, long(RunningIndicator), long(INDIC_FULLBOX));
     SendScintilla(SCI_INDICSETUNDER, long(RunningIndicator), 1L);
     SendScintilla(SCI_INDICSETSTYLE, long(AutoClosedIndicator), long(INDIC_HIDDEN));
-}
-
-// Scintilla binds letters with Ctrl to commands of its own, and would keep them from the window.
-void DXSQLEditor::freeKeys()
-{
-    using Command = QsciCommand;
-    const std::array kept = {Command::SelectionCut, Command::SelectionCopy, Command::Paste,
-                             Command::SelectAll, Command::Undo};
-    const auto isPrintable = [](int key) {
-        const int bare = key & ~static_cast<int>(Qt::KeyboardModifierMask);
-        return (key & static_cast<int>(Qt::CTRL | Qt::ALT)) != 0 && bare < Qt::Key_Escape;
-    };
-    for (Command *command : standardCommands()->commands()) {
-        if (std::find(kept.begin(), kept.end(), command->command()) != kept.end())
-            continue;
-        if (isPrintable(command->key()))
-            command->setKey(0);
-        if (isPrintable(command->alternateKey()))
-            command->setAlternateKey(0);
-        if (command->command() == Command::Redo)
-            command->setKey(int(Qt::CTRL) | int(Qt::SHIFT) | int(Qt::Key_Z));
-    }
 }
 
 void DXSQLEditor::showLineNumbers()
@@ -187,30 +162,6 @@ void DXSQLEditor::modified(int bytePosition, int kind, int linesAdded)
     const long end = SendScintilla(SCI_GETLINEENDPOSITION, long(changed));
     SendScintilla(SCI_SETINDICATORCURRENT, long(ErrorIndicator));
     SendScintilla(SCI_INDICATORCLEARRANGE, static_cast<unsigned long>(begin), end - begin);
-}
-
-void DXSQLEditor::matchBrackets()
-{
-    const long caret = SendScintilla(SCI_GETCURRENTPOS);
-    const auto columnOf = [this](long byte) {
-        return SendScintilla(
-            SCI_COUNTCODEUNITS,
-            static_cast<unsigned long>(SendScintilla(SCI_POSITIONFROMLINE, long(line(byte)))),
-            byte);
-    };
-    const auto byteOf = [this](DXSQLBrackets::Place place) {
-        const long start = SendScintilla(SCI_POSITIONFROMLINE, long(place.line));
-        return SendScintilla(SCI_POSITIONRELATIVECODEUNITS, static_cast<unsigned long>(start),
-                             long(place.column));
-    };
-    const auto pair = m_brackets->at({line(caret), columnOf(caret)}, lines());
-    if (!pair)
-        SendScintilla(SCI_BRACEHIGHLIGHT, ~0UL, -1L);
-    else if (!pair->other)
-        SendScintilla(SCI_BRACEBADLIGHT, byteOf(pair->bracket));
-    else
-        SendScintilla(SCI_BRACEHIGHLIGHT, static_cast<unsigned long>(byteOf(pair->bracket)),
-                      byteOf(*pair->other));
 }
 
 QByteArray DXSQLEditor::utf8() const

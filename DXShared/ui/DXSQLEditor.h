@@ -110,11 +110,9 @@ protected:
 
 private:
     void setUpView();
-    void freeKeys();
     void applyTheme(const DXTheme &theme);
     void modified(int bytePosition, int kind, int linesAdded);
     void mark(int indicator, const QList<DXTextRange> &ranges);
-    void matchBrackets();
     QByteArray bytes(long begin, long end) const;
     long replaceBytes(long begin, long end, const QString &text);
     void showLineNumbers();

@@ -4,8 +4,12 @@
 
 #include "ui/DXSQLEditor.h"
 
+#include <Qsci/qscicommandset.h>
+
 #include <QAction>
 
+#include <algorithm>
+#include <array>
 #include <functional>
 
 namespace
@@ -78,4 +82,25 @@ void DXSQLEditorActions::addTo(DXSQLEditor &editor)
     };
     for (const Command &command : commands)
         add(editor, command);
+}
+
+void DXSQLEditorActions::freeKeys(DXSQLEditor &editor)
+{
+    using Command = QsciCommand;
+    const std::array kept = {Command::SelectionCut, Command::SelectionCopy, Command::Paste,
+                             Command::SelectAll, Command::Undo};
+    const auto isPrintable = [](int key) {
+        const int bare = key & ~static_cast<int>(Qt::KeyboardModifierMask);
+        return (key & static_cast<int>(Qt::CTRL | Qt::ALT)) != 0 && bare < Qt::Key_Escape;
+    };
+    for (Command *command : editor.standardCommands()->commands()) {
+        if (std::find(kept.begin(), kept.end(), command->command()) != kept.end())
+            continue;
+        if (isPrintable(command->key()))
+            command->setKey(0);
+        if (isPrintable(command->alternateKey()))
+            command->setAlternateKey(0);
+        if (command->command() == Command::Redo)
+            command->setKey(int(Qt::CTRL) | int(Qt::SHIFT) | int(Qt::Key_Z));
+    }
 }

@@ -10,5 +10,8 @@ namespace DXSQLEditorActions
 {
 
 void addTo(DXSQLEditor &editor);
+/// Takes the letters with Ctrl away from Scintilla, which binds them to commands of its own and
+/// would keep them from the window; cut, copy, paste, select all, undo and redo stay.
+void freeKeys(DXSQLEditor &editor);
 
 } // namespace DXSQLEditorActions
