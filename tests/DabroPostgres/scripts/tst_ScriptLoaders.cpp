@@ -239,7 +239,8 @@ TEST(ScriptLoaders, OutliveABrokenConnectionWhereTheyMay)
         };
         EXPECT_TRUE(DXWait::until(isWaiting));
         cluster.psql(u"SELECT pg_terminate_backend(pid) "_s + waiting);
-        EXPECT_TRUE(DXWait::until([&] { return isWaiting() == isRepeated; }));
+        EXPECT_TRUE(
+            DXWait::until([&, waitsAgain = isRepeated] { return isWaiting() == waitsAgain; }));
         EXPECT_FALSE(ServerAccess::errorOf(*locker, u"COMMIT"_s));
         EXPECT_FALSE(ServerAccess::finish(loading));
         EXPECT_EQ(text.contains(u"Error loading"_s), !isRepeated) << text.toStdString();

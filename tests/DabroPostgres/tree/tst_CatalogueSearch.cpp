@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DabroPostgres/tree/CatalogueTree.h"
+#include "support/DXWait.h"
 #include "support/PrintQt.h"
 #include "tree/PostgresDatabaseTreeEntryDatabase.h"
 
@@ -86,6 +87,33 @@ TEST(CatalogueSearch, CopiesWhatMatchesInEachDatabase)
         EXPECT_EQ(CatalogueTree::namesBelow(table),
                   (QStringList{u"id"_qs, u"Indexes"_qs, u"Triggers"_qs}));
     }
+}
+
+// The refresh of a load that ends while another's is under way is not lost.
+TEST(CatalogueSearch, KnowsTheDatabasesOfTheLastLoad)
+{
+    PostgresCluster &cluster = PostgresCluster::shared();
+    cluster.createDatabase(u"search_late"_qs);
+    cluster.psql(u"CREATE TABLE wanted ()"_qs, u"search_late"_qs);
+    const auto details = ServerAccess::record(cluster, u"search_late"_qs);
+    const auto locker = ServerAccess::connected(details);
+    EXPECT_FALSE(ServerAccess::errorOf(
+        *locker, u"BEGIN; LOCK TABLE pg_catalog.pg_depend IN ACCESS EXCLUSIVE MODE"_qs));
+    CatalogueTree tree(details);
+    tree.load(tree.root());
+    EXPECT_TRUE(DXWait::until([&cluster] {
+        return cluster
+                   .psql(u"SELECT count(*) FROM pg_stat_activity WHERE wait_event_type = 'Lock' "
+                         "AND query LIKE '%search_text%'"_qs)
+                   .trimmed()
+               == u"1"_qs;
+    }));
+    const auto first = tree.root()->childEntries();
+    tree.reload(tree.root());
+    EXPECT_NE(tree.root()->childEntries(), first);
+    EXPECT_FALSE(ServerAccess::errorOf(*locker, u"COMMIT"_qs));
+    EXPECT_TRUE(DXWait::until(
+        [&tree] { return tree.root()->copyWithSearchResults(u"wanted"_qs) != nullptr; }));
 }
 
 } // namespace
