@@ -45,6 +45,20 @@ void DXDBCTabColorHelper::setColorFromAliasTemporaryForId(const QString &alias,
     m_colors.insert(connectionId, colorForAlias(alias));
 }
 
+void DXDBCTabColorHelper::setColorForId(const QString &color, const QString &connectionId)
+{
+    const std::lock_guard lock(m_mutex);
+    m_colors.insert(connectionId, color);
+}
+
+QStringList DXDBCTabColorHelper::colors()
+{
+    QStringList colors{QLatin1String(production)};
+    for (const char *const color : others)
+        colors.append(QLatin1String(color));
+    return colors;
+}
+
 QString DXDBCTabColorHelper::colorForId(const QString &connectionId) const
 {
     const std::lock_guard lock(m_mutex);

@@ -6,6 +6,7 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include <mutex>
 
@@ -21,6 +22,10 @@ public:
     /// Gives the connection its name's colour for as long as the program runs. The selector is
     /// `setColorFromAliasTemporary:forId:`.
     void setColorFromAliasTemporaryForId(const QString &alias, const QString &connectionId);
+    /// Gives the connection the colour that its user chose.
+    void setColorForId(const QString &color, const QString &connectionId);
+    /// The colours to choose from, the one of production first.
+    static QStringList colors();
     /// Null for a connection that was given none.
     QString colorForId(const QString &connectionId) const;
 

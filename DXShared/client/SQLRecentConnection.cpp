@@ -24,6 +24,7 @@ constexpr QLatin1String parametersKey("connectionSessionParameters");
 constexpr QLatin1String rememberKey("rememberPassword");
 constexpr QLatin1String tunnelKey("sshTunnelDetails");
 constexpr QLatin1String passwordKey("password");
+constexpr QLatin1String colorKey("tabColor");
 
 } // namespace
 
@@ -48,11 +49,21 @@ void SQLRecentConnection::copyFrom(const SQLRecentConnection &other)
     m_sshTunnelDetails = other.m_sshTunnelDetails
                              ? std::make_shared<DXSSHTunnelModel>(*other.m_sshTunnelDetails)
                              : nullptr;
+    m_tabColor = other.m_tabColor;
 }
 
 void SQLRecentConnection::didLoad()
 {
-    DXDBCTabColorHelper::sharedInstance().setColorFromAliasTemporaryForId(m_alias, m_connectionId);
+    DXDBCTabColorHelper &colors = DXDBCTabColorHelper::sharedInstance();
+    if (m_tabColor.isEmpty())
+        colors.setColorFromAliasTemporaryForId(m_alias, m_connectionId);
+    else
+        colors.setColorForId(m_tabColor, m_connectionId);
+}
+
+QString SQLRecentConnection::effectiveTabColor() const
+{
+    return m_tabColor.isEmpty() ? DXDBCTabColorHelper::colorForAlias(m_alias) : m_tabColor;
 }
 
 void SQLRecentConnection::fill(DabroDBC &details) const
@@ -86,6 +97,8 @@ QCborMap SQLRecentConnection::encode() const
         {rememberKey, m_rememberPassword},
         {passwordKey, m_rememberPassword ? m_password : QStringLiteral("")},
     };
+    if (!m_tabColor.isEmpty())
+        archive.insert(colorKey, m_tabColor);
     if (m_sshTunnelDetails)
         archive.insert(tunnelKey, m_sshTunnelDetails->encode());
     return archive;
@@ -109,6 +122,7 @@ void SQLRecentConnection::decode(const QCborMap &archive)
         m_sessionParameters.insert(entry.key().toString(), entry.value().toString());
     m_rememberPassword = archive.value(rememberKey).toBool();
     m_password = m_rememberPassword ? archive.value(passwordKey).toString() : QStringLiteral("");
+    m_tabColor = archive.value(colorKey).toString();
     const QCborValue tunnel = archive.value(tunnelKey);
     m_sshTunnelDetails =
         tunnel.isMap()

@@ -54,6 +54,13 @@ public:
         m_sshTunnelDetails = details;
     }
 
+    /// The colour of its tabs that the user chose, as "#RRGGBB"; empty for the one that the alias
+    /// suggests.
+    QString tabColor() const { return m_tabColor; }
+    void setTabColor(const QString &color) { m_tabColor = color; }
+    /// The chosen colour, or else the suggested one; null for neither.
+    QString effectiveTabColor() const;
+
     /// The server, for lists of connections.
     virtual QString hostDisplay() const { return m_serverHost; }
     /// The names of the images for lists and for headings.
@@ -63,7 +70,8 @@ public:
     virtual std::shared_ptr<DabroDBC> createDatabaseConnectionDetails() const = 0;
     /// Takes everything but the identity from other, a record of the same driver.
     virtual void copyFrom(const SQLRecentConnection &other);
-    /// After the record was read from the store.
+    /// After the record was read from the store, or saved: tells its choices to whoever keeps them
+    /// by id.
     virtual void didLoad();
 
     /// The selectors are `encodeWithCoder:` and `initWithCoder:`. What is missing or of another
@@ -88,6 +96,7 @@ private:
     QDateTime m_connectionDate;
     QMap<QString, QString> m_sessionParameters;
     std::shared_ptr<DXSSHTunnelModel> m_sshTunnelDetails;
+    QString m_tabColor;
     quint16 m_serverPort = 0;
     bool m_rememberPassword = false;
 };
