@@ -31,13 +31,18 @@ QString SQLRecentConnectionList::pendingKey() const
 void SQLRecentConnectionList::load(const Done &done)
 {
     DX_ASSERT_MAIN();
-    m_init.store.read(m_init.key, [this, done](const DXSecretStore::Answer &stored) {
-        m_init.store.read(pendingKey(), [this, done, stored](const DXSecretStore::Answer &pending) {
+    m_waiting.append(done);
+    if (m_waiting.size() > 1)
+        return;
+    m_init.store.read(m_init.key, [this](const DXSecretStore::Answer &stored) {
+        m_init.store.read(pendingKey(), [this, stored](const DXSecretStore::Answer &pending) {
             m_isLoaded = stored.state != State::Unavailable;
-            take(decode(stored.text), decode(pending.text));
-            if (m_isLoaded && pending.state == State::Present)
-                m_init.store.write(pendingKey(), QString(), [](const DXError &) {});
-            done(stored.error);
+            Stored kept = decode(pending.text);
+            kept.isPresent = pending.state == State::Present;
+            take(decode(stored.text), kept);
+            const QList<Done> waiting = std::exchange(m_waiting, {});
+            for (const Done &waits : waiting)
+                waits(stored.error);
         });
     });
 }
@@ -53,8 +58,15 @@ void SQLRecentConnectionList::take(const Stored &stored, const Stored &pending)
     for (const Record &record : std::as_const(m_records))
         record->didLoad();
     const bool isMerged = !pending.records.isEmpty() || !own.isEmpty();
+    // What was kept apart goes once it is among the rest, not before.
+    const auto dropPending = [this, isPresent = pending.isPresent](const DXError &error) {
+        if (!error && isPresent)
+            m_init.store.write(pendingKey(), QString(), [](const DXError &) {});
+    };
     if (m_isLoaded && (stored.hasNewIds || isMerged))
-        save([](const DXError &) {});
+        save(dropPending);
+    else if (m_isLoaded)
+        dropPending({});
     changed();
 }
 
@@ -102,6 +114,7 @@ void SQLRecentConnectionList::updateRecentConnection(const Record &record, const
     DX_ASSERT_MAIN();
     record->setConnectionDate(QDateTime::currentDateTimeUtc());
     addOrUpdate(record);
+    record->didLoad();
     changed();
     save(done);
 }

@@ -42,11 +42,18 @@ public:
 
     /// Reads the store. error tells why what is stored could not be had; a text that cannot be read
     /// as a list gives an empty one.
+    /// Calls while it is read wait for the same answer.
     void load(const Done &done);
+    /// Whether the store was read; until then, and while it cannot be, the list holds what was
+    /// saved meanwhile.
+    bool isLoaded() const { return m_isLoaded; }
+    /// An empty record of the driver's kind, which belongs to no list yet.
+    Record createRecord() const { return m_init.createRecord(); }
     /// Newest first. The selector is `RecentConnections`.
     QList<Record> recentConnections() const;
     /// Stamps record with the current time and saves it: over the one whose id is the same but for
-    /// letter case, else as a new one. The selector is `UpdateRecentConnection:`.
+    /// letter case, else as a new one, and tells its choices (didLoad()). The selector is
+    /// `UpdateRecentConnection:`.
     void updateRecentConnection(const Record &record, const Done &done);
     /// The selector is `RemoveConnection:`.
     void removeConnection(const Record &record, const Done &done);
@@ -59,6 +66,7 @@ private:
     {
         QList<Record> records = {};
         bool hasNewIds = false;
+        bool isPresent = false;
     };
 
     Stored decode(const QString &text) const;
@@ -70,5 +78,6 @@ private:
 
     const Init m_init;
     QList<Record> m_records;
+    QList<Done> m_waiting;
     bool m_isLoaded = false;
 };
