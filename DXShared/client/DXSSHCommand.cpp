@@ -87,7 +87,7 @@ bool runsCommands(const QByteArray &shell)
            && !shell.endsWith("/false");
 }
 
-QList<QByteArray> environmentFor(const QString &askpassProgram)
+QList<QByteArray> environmentFor(const DXSSHCommand::Request &request)
 {
     QList<QByteArray> environment;
     for (char **entry = environ; *entry; ++entry) {
@@ -97,8 +97,9 @@ QList<QByteArray> environmentFor(const QString &askpassProgram)
         if (!text.startsWith("SSH_ASKPASS") && !isUnusableShell)
             environment += text.toByteArray();
     }
-    if (!askpassProgram.isEmpty()) {
-        environment += "SSH_ASKPASS=" + askpassProgram.toLocal8Bit();
+    if (!request.askpassProgram.isEmpty()) {
+        environment += request.askpassEnvironment;
+        environment += "SSH_ASKPASS=" + request.askpassProgram.toLocal8Bit();
         environment += QByteArrayLiteral("SSH_ASKPASS_REQUIRE=force");
     }
     return environment;
@@ -196,7 +197,7 @@ std::optional<DXSSHProcess::Command> DXSSHCommand::make(const Request &request, 
     return DXSSHProcess::Command{
         .program = program.toLocal8Bit(),
         .arguments = argumentsFor(request, targetHost, key),
-        .environment = environmentFor(request.askpassProgram),
+        .environment = environmentFor(request),
         .readyMark = readyMark,
     };
 }

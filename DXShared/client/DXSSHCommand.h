@@ -7,6 +7,8 @@
 #include "core/DXError.h"
 #include "core/DXGlobal.h"
 
+#include <QByteArrayList>
+
 #include <optional>
 
 /// How the system's OpenSSH client is called to keep a tunnel (ssh(1), ssh_config(5)).
@@ -22,7 +24,9 @@ struct Request
     /// The port of 127.0.0.1 that is forwarded.
     quint16 localPort = 0;
     /// What asks the user; empty when nothing may be asked.
-    QString askpassProgram;
+    QString askpassProgram = {};
+    /// Entries of its environment, as NAME=value.
+    QByteArrayList askpassEnvironment = {};
 };
 
 /// The command for request. Nothing, with error set, when a field holds what no host or user is

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <mutex>
 #include <optional>
 #include <system_error>
 
@@ -119,11 +120,46 @@ bool couldNotListen(const DXSSHProcess &process, quint16 port)
     return process.standardError().contains("cannot listen to port: " + QByteArray::number(port));
 }
 
+struct Askpass
+{
+    std::mutex mutex;
+    QString program;
+    QByteArrayList environment;
+};
+
+Askpass &defaultAskpass()
+{
+    static Askpass askpass;
+    return askpass;
+}
+
 } // namespace
 
 DXSSHDelegate::~DXSSHDelegate() = default;
 
 void DXSSHDelegate::sshPrinted(const QString &) { }
+
+void DXSSHDelegate::setDefaultAskpass(const QString &program, const QByteArrayList &environment)
+{
+    Askpass &askpass = defaultAskpass();
+    const std::lock_guard lock(askpass.mutex);
+    askpass.program = program;
+    askpass.environment = environment;
+}
+
+QString DXSSHDelegate::sshAskpassProgram() const
+{
+    Askpass &askpass = defaultAskpass();
+    const std::lock_guard lock(askpass.mutex);
+    return askpass.program;
+}
+
+QByteArrayList DXSSHDelegate::sshAskpassEnvironment() const
+{
+    Askpass &askpass = defaultAskpass();
+    const std::lock_guard lock(askpass.mutex);
+    return askpass.environment;
+}
 
 std::unique_ptr<DXSSHTunnel> DXSSHTunnel::open(const DXSSHTunnelModel &model,
                                                const QString &targetHost, quint16 targetPort,
@@ -145,7 +181,8 @@ std::unique_ptr<DXSSHTunnel> DXSSHTunnel::open(const DXSSHTunnelModel &model,
                                 .targetHost = targetHost,
                                 .targetPort = targetPort,
                                 .localPort = port,
-                                .askpassProgram = asked.sshAskpassProgram()},
+                                .askpassProgram = asked.sshAskpassProgram(),
+                                .askpassEnvironment = asked.sshAskpassEnvironment()},
                                error);
         if (!command)
             return nullptr;

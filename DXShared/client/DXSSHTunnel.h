@@ -6,6 +6,8 @@
 #include "core/DXError.h"
 #include "core/DXGlobal.h"
 
+#include <QByteArrayList>
+
 #include <functional>
 #include <memory>
 
@@ -15,9 +17,15 @@ class DXSHARED_EXPORT DXSSHDelegate
 public:
     virtual ~DXSSHDelegate();
 
+    /// What asks the user, for every delegate that does not say otherwise, and for tunnels that are
+    /// opened without one: a program with windows sets it once. [any]
+    static void setDefaultAskpass(const QString &program, const QByteArrayList &environment);
+
     /// The program that asks the user for passphrases and host-key confirmations, as SSH_ASKPASS
     /// (ssh(1)) wants it. Empty: nothing may be asked, and ssh runs in its batch mode.
-    virtual QString sshAskpassProgram() const { return {}; }
+    virtual QString sshAskpassProgram() const;
+    /// What that program finds in its environment besides, as NAME=value.
+    virtual QByteArrayList sshAskpassEnvironment() const;
     /// True to give up waiting for the tunnel; polled while it opens.
     virtual bool sshShouldCancel() const { return false; }
     /// A line that ssh printed on standard error while the tunnel opened.
