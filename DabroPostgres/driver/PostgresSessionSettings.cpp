@@ -59,6 +59,33 @@ QString listOfLiterals(const QString &list)
     return literals.isEmpty() ? literal(QString()) : literals.join(QLatin1String(", "));
 }
 
+/// The texts of the literals in list, as literal() writes them and listOfLiterals() joins them.
+QStringList textsOf(const QString &list)
+{
+    static const QRegularExpression element(
+        QStringLiteral("\\G(E?)'((?:[^'\\\\]|''|\\\\\\\\)*)'(?:, |$)"));
+    QStringList texts;
+    auto matches = element.globalMatch(list);
+    while (matches.hasNext()) {
+        const QRegularExpressionMatch match = matches.next();
+        QString text = match.captured(2).replace(QLatin1String("''"), QLatin1String("'"));
+        if (match.capturedLength(1) > 0)
+            text.replace(QLatin1String("\\\\"), QLatin1String("\\"));
+        texts.append(text);
+    }
+    return texts;
+}
+
+/// name as splitNames() reads it back.
+QString quotedName(QString name)
+{
+    static const QRegularExpression plainForm(QStringLiteral("\\A[^\\s\",]+\\z"));
+    if (name == name.toLower() && plainForm.match(name).hasMatch())
+        return name;
+    return QLatin1Char('"') + name.replace(QLatin1Char('"'), QLatin1String("\"\""))
+           + QLatin1Char('"');
+}
+
 /// The arguments of a command line in which blanks separate and a backslash makes the following
 /// character ordinary (PostgreSQL, pg_split_opts).
 QStringList splitArguments(const QString &options)
@@ -107,6 +134,19 @@ bool PostgresSessionSettings::add(const QString &name, const QString &value,
     }
     preferences.insert(key, isListOfNames(key) ? listOfLiterals(value) : literal(value));
     return true;
+}
+
+QString PostgresSessionSettings::plainValue(const QString &name, const QString &value)
+{
+    QStringList texts = textsOf(value);
+    if (isListOfNames(name.toLower())) {
+        for (QString &text : texts)
+            text = quotedName(text);
+    }
+    const QString plain = texts.join(QLatin1String(", "));
+    QMap<QString, QString> written;
+    add(name, plain, written, nullptr);
+    return written.value(name.toLower()) == value ? plain : value;
 }
 
 bool PostgresSessionSettings::addOptions(const QString &options,

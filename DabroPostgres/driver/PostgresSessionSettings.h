@@ -17,6 +17,9 @@ namespace PostgresSessionSettings
 /// session (text always travels as UTF-8).
 bool add(const QString &name, const QString &value, QMap<QString, QString> &preferences,
          DXError *error);
+/// What add() was given to write value, for people to edit: add() makes the same of it again. value
+/// itself when it was not written by add().
+QString plainValue(const QString &name, const QString &value);
 /// Adds the settings of a server's command line, as libpq's options parameter takes it: "-c
 /// name=value" and "--name=value". *Result decides*: false for any other switch.
 bool addOptions(const QString &options, QMap<QString, QString> &preferences, DXError *error);
