@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "actions/PostgresDatabaseTreeContextHelper.h"
+#include "connection/PostgresConnectionWindowController.h"
 #include "driver/PostgresDatabaseClient.h"
 #include "driver/PostgresDatabaseConnectionDetails.h"
 #include "driver/PostgresRecentConnection.h"
@@ -74,4 +75,12 @@ std::shared_ptr<DXQueryPreviewViewController>
 PostgresDatabaseConnectionDetails::createQueryPreviewViewContoller() const
 {
     return std::make_shared<DXQueryPreviewViewController>(copy());
+}
+
+std::shared_ptr<DXConnectionWindowController>
+PostgresDatabaseConnectionDetails::createConnectionWindowController() const
+{
+    return std::make_shared<PostgresConnectionWindowController>(
+        std::static_pointer_cast<const PostgresDatabaseConnectionDetails>(copy()),
+        *recentConnectionClass());
 }

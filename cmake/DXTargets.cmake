@@ -37,13 +37,14 @@ function(dx_add_library folder)
     add_library(DXShared::${folder} ALIAS DXShared_${folder}_api)
 endfunction()
 
-# dx_add_driver_folder(<driver> <folder> SOURCES … [GENERATED file …] [USES target …] [PUBLIC lib …] [PRIVATE lib …])
+# dx_add_driver_folder(<driver> <folder> SOURCES … [GENERATED file …] [USES target …] [PUBLIC lib …] [PRIVATE lib …] [MOC])
 # One folder of a driver: a static library that the plugin and the tests link. GENERATED sources carry their whole path.
 function(dx_add_driver_folder driver folder)
-    cmake_parse_arguments(arg "" "" "SOURCES;GENERATED;USES;PUBLIC;PRIVATE" ${ARGN})
+    cmake_parse_arguments(arg "MOC" "" "SOURCES;GENERATED;USES;PUBLIC;PRIVATE" ${ARGN})
     _dx_stage_headers(${driver} ${folder})
     list(TRANSFORM arg_SOURCES PREPEND ${folder}/)
     add_library(${driver}_${folder} STATIC ${arg_SOURCES} ${arg_GENERATED})
+    set_target_properties(${driver}_${folder} PROPERTIES AUTOMOC ${arg_MOC})
     target_link_libraries(${driver}_${folder}
         PUBLIC ${driver}_${folder}_headers ${arg_USES} ${arg_PUBLIC}
         PRIVATE DXCompiler ${arg_PRIVATE})

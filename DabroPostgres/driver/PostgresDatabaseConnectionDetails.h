@@ -46,6 +46,7 @@ public:
     std::shared_ptr<DXDatabaseTreeContextHelper>
     createDatabaseTreeContextHelper(DXDatabaseTreeViewController &controller) const override;
     std::shared_ptr<DXQueryPreviewViewController> createQueryPreviewViewContoller() const override;
+    std::shared_ptr<DXConnectionWindowController> createConnectionWindowController() const override;
 
     QStringList sqlKeywords() const override { return keywords(); }
     QStringList sqlFunctions() const override;

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/DXMessageArea.h"
+
+#include "ui/DXTheme.h"
+
+#include <QAccessible>
+#include <QTextDocument>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int mostLines = 7;
+constexpr int margin = 4;
+
+} // namespace
+
+DXMessageArea::DXMessageArea(QWidget *parent)
+    : QPlainTextEdit(parent)
+{
+    setReadOnly(true);
+    setTabChangesFocus(true);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setAccessibleName(tr("Message"));
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    document()->setDocumentMargin(margin);
+    hide();
+}
+
+void DXMessageArea::setMessage(Kind kind, const QString &text)
+{
+    m_kind = kind;
+    const DXTheme &theme = DXTheme::of(parentWidget() ? parentWidget()->palette() : palette());
+    QPalette colors = palette();
+    colors.setColor(QPalette::Text, kind == Kind::Error     ? theme.danger
+                                    : kind == Kind::Success ? theme.success
+                                                            : theme.secondaryText);
+    colors.setColor(QPalette::Base, theme.window);
+    setPalette(colors);
+    setPlainText(text);
+    setVisible(!text.isEmpty());
+    updateGeometry();
+    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+void DXMessageArea::clearMessage()
+{
+    setPlainText({});
+    hide();
+}
+
+// The height of a plain text's document is counted in lines.
+int DXMessageArea::neededHeight() const
+{
+    const int lines = std::clamp(static_cast<int>(document()->size().height()), 1, mostLines);
+    return lines * fontMetrics().lineSpacing() + 2 * margin + 2 * frameWidth();
+}
+
+QSize DXMessageArea::sizeHint() const
+{
+    return {QPlainTextEdit::sizeHint().width(), neededHeight()};
+}
+
+QSize DXMessageArea::minimumSizeHint() const
+{
+    return {0, neededHeight()};
+}
+
+void DXMessageArea::resizeEvent(QResizeEvent *event)
+{
+    QPlainTextEdit::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width())
+        updateGeometry();
+}
