@@ -48,7 +48,10 @@ void DXDBCTabColorHelper::setColorFromAliasTemporaryForId(const QString &alias,
 void DXDBCTabColorHelper::setColorForId(const QString &color, const QString &connectionId)
 {
     const std::lock_guard lock(m_mutex);
-    m_colors.insert(connectionId, color);
+    if (color.isEmpty())
+        m_chosenColors.remove(connectionId);
+    else
+        m_chosenColors.insert(connectionId, color);
 }
 
 QStringList DXDBCTabColorHelper::colors()
@@ -62,5 +65,5 @@ QStringList DXDBCTabColorHelper::colors()
 QString DXDBCTabColorHelper::colorForId(const QString &connectionId) const
 {
     const std::lock_guard lock(m_mutex);
-    return m_colors.value(connectionId);
+    return m_chosenColors.value(connectionId, m_colors.value(connectionId));
 }

@@ -22,7 +22,8 @@ public:
     /// Gives the connection its name's colour for as long as the program runs. The selector is
     /// `setColorFromAliasTemporary:forId:`.
     void setColorFromAliasTemporaryForId(const QString &alias, const QString &connectionId);
-    /// Gives the connection the colour that its user chose.
+    /// The colour that the connection's user chose, which goes before its name's; null or empty for
+    /// none.
     void setColorForId(const QString &color, const QString &connectionId);
     /// The colours to choose from, the one of production first.
     static QStringList colors();
@@ -35,4 +36,5 @@ private:
 
     mutable std::mutex m_mutex;
     QHash<QString, QString> m_colors;
+    QHash<QString, QString> m_chosenColors;
 };

@@ -55,10 +55,8 @@ void SQLRecentConnection::copyFrom(const SQLRecentConnection &other)
 void SQLRecentConnection::didLoad()
 {
     DXDBCTabColorHelper &colors = DXDBCTabColorHelper::sharedInstance();
-    if (m_tabColor.isEmpty())
-        colors.setColorFromAliasTemporaryForId(m_alias, m_connectionId);
-    else
-        colors.setColorForId(m_tabColor, m_connectionId);
+    colors.setColorFromAliasTemporaryForId(m_alias, m_connectionId);
+    colors.setColorForId(m_tabColor, m_connectionId);
 }
 
 QString SQLRecentConnection::effectiveTabColor() const
