@@ -13,7 +13,8 @@ namespace
 {
 
 constexpr int mostLines = 7;
-constexpr int margin = 4;
+// Beyond the lines, so that the last one is not cut at any scale.
+constexpr int slack = 4;
 
 } // namespace
 
@@ -27,7 +28,8 @@ DXMessageArea::DXMessageArea(QWidget *parent)
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    document()->setDocumentMargin(margin);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    document()->setDocumentMargin(0);
     hide();
 }
 
@@ -43,7 +45,7 @@ void DXMessageArea::setMessage(Kind kind, const QString &text)
     setPalette(colors);
     setPlainText(text);
     setVisible(!text.isEmpty());
-    updateGeometry();
+    fit();
     QAccessibleEvent event(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
 }
@@ -58,7 +60,14 @@ void DXMessageArea::clearMessage()
 int DXMessageArea::neededHeight() const
 {
     const int lines = std::clamp(static_cast<int>(document()->size().height()), 1, mostLines);
-    return lines * fontMetrics().lineSpacing() + 2 * margin + 2 * frameWidth();
+    return lines * fontMetrics().lineSpacing() + slack;
+}
+
+void DXMessageArea::fit()
+{
+    const bool isTooLong = document()->size().height() > mostLines;
+    setVerticalScrollBarPolicy(isTooLong ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+    updateGeometry();
 }
 
 QSize DXMessageArea::sizeHint() const
@@ -75,5 +84,5 @@ void DXMessageArea::resizeEvent(QResizeEvent *event)
 {
     QPlainTextEdit::resizeEvent(event);
     if (event->size().width() != event->oldSize().width())
-        updateGeometry();
+        fit();
 }

@@ -31,6 +31,7 @@ protected:
 
 private:
     int neededHeight() const;
+    void fit();
 
     Kind m_kind = Kind::Information;
 };
