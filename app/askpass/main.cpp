@@ -23,7 +23,7 @@ int connectTo(const char *path)
     address.sun_family = AF_UNIX;
     if (!path || std::strlen(path) >= sizeof address.sun_path)
         return -1;
-    std::strcpy(address.sun_path, path);
+    std::memcpy(address.sun_path, path, std::strlen(path));
     const int channel = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (channel >= 0
         && connect(channel, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0)

@@ -18,9 +18,11 @@
 /// 127.0.0.1 and lets "clerk" in with the password "tea & biscuits". [main]
 class ConnectionDialog : public testing::Test
 {
+public:
+    ~ConnectionDialog() override;
+
 protected:
     ConnectionDialog();
-    ~ConnectionDialog() override;
 
     static PostgresCluster &cluster();
     static QString password() { return QStringLiteral("tea & biscuits"); }
