@@ -2,15 +2,37 @@
 # SPDX-FileCopyrightText: 2026 The Dabro developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# tour.sh CLIENT FOLDER: shows on the demo database, whose URI is in DABRO_DEMO_URI, what the client
-# does. Each step's output is a file in the folder; a step that ends as it should not ends the tour.
+# tour.sh PROGRAMS FOLDER: shows on the demo database, whose URI is in DABRO_DEMO_URI, what the client
+# does: in pictures of its window, light and dark, at 100 % and 200 %, and then at the terminal. Each
+# step leaves a file in the folder; a step that ends as it should not ends the tour.
 set -uo pipefail
 
-client=$1
+client=$1/dabro-cli
 folder=$2
 step=0
 mkdir -p "$folder"
-rm -f "$folder"/[0-9][0-9]-*
+rm -f "$folder"/[0-9][0-9]-* "$folder"/*.png
+
+# window APPEARANCE PERCENT: takes the window through its stations.
+window() {
+    local screens=$folder/screens.json name=$1-$2
+    printf '{"screens":[{"name":"tour","x":0,"y":0,"width":%d,"height":%d,"logicalDpi":96,"dpr":%s}]}\n' \
+        1440 900 "$(($2 / 100))" >"$screens"
+    printf '\nThe window, %s, at %s %%\n' "$1" "$2"
+    QT_QPA_PLATFORM=offscreen:configfile=$screens "$programs/dabro-tour" "$folder" "$name" \
+        "$DABRO_DEMO_URI" 2>"$folder/$name.messages" </dev/null
+    if (($? != 0)); then
+        cat "$folder/$name.messages" >&2
+        echo "The window did not come through its tour; see $folder/$name-*.png" >&2
+        exit 1
+    fi
+    rm "$folder/$name.messages" "$screens"
+}
+
+programs=$1
+for percent in 100 200; do
+    for appearance in light dark; do window $appearance $percent; done
+done
 
 # show STATUS FILE TITLE ARGUMENT…: runs the client, whose exit status must be one that STATUS matches.
 show() {
@@ -62,6 +84,7 @@ cancelled() {
     finish '1|130' $? "$file" "Ctrl-C cancels a statement that would take ten minutes"
 }
 
+printf '\nAt the terminal\n'
 show 0 ping.txt "What answers, and how it is reached" ping "$DABRO_DEMO_URI"
 query 0 grid.txt "A grid: what sells best" 'SELECT * FROM best_sellers(8)'
 query 0 batch.txt "Several statements, each with its message" "

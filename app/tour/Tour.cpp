@@ -38,7 +38,7 @@ Tour::Tour(MainWindow &window, const Init &init)
     , m_init(init)
 {
     QDir().mkpath(init.folder);
-    window.actions()[init.appearance == u"dark" ? Id::AppearanceDark : Id::AppearanceLight]
+    window.actions()[init.name.startsWith(u"dark") ? Id::AppearanceDark : Id::AppearanceLight]
         ->trigger();
     window.showFullScreen();
 }
@@ -62,7 +62,7 @@ void Tour::show(const QString &name, const QString &title, const Condition &cond
     // The last changes reach the screen with the next turns of the event loop.
     QTest::qWait(100);
     const QString file =
-        QStringLiteral("%1-%2-%3.png").arg(m_init.appearance, QString::number(++m_station), name);
+        QStringLiteral("%1-%2-%3.png").arg(m_init.name, QString::number(++m_station), name);
     m_isWell = QApplication::primaryScreen()->grabWindow(0).save(QDir(m_init.folder).filePath(file))
                && isThere && m_isWell;
     std::printf("%s %s: %s\n", isThere ? "     " : "  not", qPrintable(file), qPrintable(title));

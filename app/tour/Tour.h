@@ -21,8 +21,8 @@ public:
     {
         /// Where the pictures go.
         QString folder;
-        /// "light" or "dark"; also the beginning of the pictures' names.
-        QString appearance;
+        /// The beginning of the pictures' names; "dark…" shows the dark appearance.
+        QString name;
         /// The demo database.
         QString uri;
     };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// dabro-tour FOLDER light|dark URI: takes the client through what it can do, on the demo database
+// dabro-tour FOLDER light…|dark… URI: takes the client through what it can do, on the demo database
 // that the URI names, and leaves a picture of every station in the folder. Fails when a station
 // does not look as it should after a while.
 #include "cli/CliProcess.h"
@@ -27,14 +27,13 @@ int main(int argc, char **argv)
     QStandardPaths::setTestModeEnabled(true);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 4) {
-        std::fputs("dabro-tour FOLDER light|dark URI\n", stderr);
+        std::fputs("dabro-tour FOLDER light…|dark… URI\n", stderr);
         return 2;
     }
     bool hasArrived = false;
     {
         MainWindow window;
-        Tour tour(window,
-                  {.folder = arguments[1], .appearance = arguments[2], .uri = arguments[3]});
+        Tour tour(window, {.folder = arguments[1], .name = arguments[2], .uri = arguments[3]});
         hasArrived = tour.run();
     }
     DabroDatabaseConnectionPool::shutdown();
