@@ -7,6 +7,7 @@
 #include "client/DabroDatabaseClient.h"
 #include "editing/DXSQLCompletion.h"
 #include "ui/DXCompletionPopup.h"
+#include "ui/DXFindBar.h"
 #include "ui/DXMessageView.h"
 #include "ui/DXQuerySession.h"
 #include "ui/DXResultPage.h"
@@ -37,6 +38,17 @@ DXSQLEditor *createEditor(const DabroDBC &details)
     for (const char *const word : standardWords)
         words.append(QLatin1String(word));
     return new DXSQLEditor({.options = *details.createPreParserOptions(), .keywords = words});
+}
+
+QWidget *withFindBar(DXSQLEditor &editor)
+{
+    auto *const widget = new QWidget;
+    auto *const layout = new QVBoxLayout(widget);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(&editor);
+    layout->addWidget(new DXFindBar(editor));
+    return widget;
 }
 
 // libpq quotes the failing line in its message, which the mark in the text shows better.
@@ -72,7 +84,7 @@ DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
     m_results->addTab(m_messages, tr("Messages"));
     auto *const splitter = new QSplitter(Qt::Vertical);
     splitter->setChildrenCollapsible(false);
-    splitter->addWidget(m_editor);
+    splitter->addWidget(withFindBar(*m_editor));
     splitter->addWidget(m_results);
     splitter->setStretchFactor(0, 1);
     splitter->setStretchFactor(1, 1);

@@ -40,8 +40,6 @@ const Definition definitions[] = {
     {Id::Cut, QT_TRANSLATE_NOOP("ActionSet", "Cu&t"), "", ""},
     {Id::Copy, QT_TRANSLATE_NOOP("ActionSet", "&Copy"), "", ""},
     {Id::Paste, QT_TRANSLATE_NOOP("ActionSet", "&Paste"), "", ""},
-    {Id::Find, QT_TRANSLATE_NOOP("ActionSet", "&Find"), "Ctrl+F", ""},
-    {Id::Replace, QT_TRANSLATE_NOOP("ActionSet", "R&eplace"), "Ctrl+H", ""},
     {Id::RunStatement, QT_TRANSLATE_NOOP("ActionSet", "&Run"), "Ctrl+Return; Ctrl+Enter",
      "Action-Run"},
     {Id::RunAll, QT_TRANSLATE_NOOP("ActionSet", "Run &all"), "F5", "Action-RunAll"},

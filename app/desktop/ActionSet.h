@@ -37,8 +37,6 @@ public:
         Cut,
         Copy,
         Paste,
-        Find,
-        Replace,
         RunStatement,
         RunAll,
         Cancel,

@@ -99,7 +99,7 @@ void MainWindow::createMenus()
             [this, recent] { m_files->fillRecentFiles(*recent); });
     m_actions.fill(*file, {{Id::Save, Id::SaveAs}, {Id::CloseTab, Id::ReopenTab}, {Id::Quit}});
     m_actions.fill(*menuBar()->addMenu(tr("&Edit")),
-                   {{Id::Undo, Id::Redo}, {Id::Cut, Id::Copy, Id::Paste}, {Id::Find, Id::Replace}});
+                   {{Id::Undo, Id::Redo}, {Id::Cut, Id::Copy, Id::Paste}});
     m_actions.fill(*menuBar()->addMenu(tr("&Query")), {{Id::RunStatement, Id::RunAll, Id::Cancel},
                                                        {Id::Commit, Id::RollBack, Id::ManualCommit},
                                                        {Id::NextResult, Id::PreviousResult},
@@ -118,8 +118,7 @@ void MainWindow::createMenus()
 void MainWindow::fillEditMenu(QMenu &menu)
 {
     menu.clear();
-    m_actions.fill(menu,
-                   {{Id::Undo, Id::Redo}, {Id::Cut, Id::Copy, Id::Paste}, {Id::Find, Id::Replace}});
+    m_actions.fill(menu, {{Id::Undo, Id::Redo}, {Id::Cut, Id::Copy, Id::Paste}});
     if (const DXQueryTab *const tab = m_documents->current()) {
         menu.addSeparator();
         menu.addActions(tab->editor().actions());

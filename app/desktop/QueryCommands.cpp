@@ -110,8 +110,7 @@ void QueryCommands::update()
     const bool isThere = m_tab != nullptr;
     const bool isBusy = isThere && m_tab->session().isBusy();
     const bool isOpen = isThere && m_tab->session().isInTransaction();
-    for (const Id id : {Id::Undo, Id::Redo, Id::Find, Id::Replace, Id::Save, Id::SaveAs,
-                        Id::CloseTab, Id::ManualCommit})
+    for (const Id id : {Id::Undo, Id::Redo, Id::Save, Id::SaveAs, Id::CloseTab, Id::ManualCommit})
         m_actions[id]->setEnabled(isThere);
     m_actions[Id::RunStatement]->setEnabled(isThere && !isBusy);
     m_actions[Id::RunAll]->setEnabled(isThere && !isBusy);
