@@ -74,6 +74,17 @@ private:
         std::make_shared<std::atomic<bool>>(false);
 };
 
+/// Lets a tunnel that is being opened be given up.
+class DXQuerySession::Tunnelling final : public DXSSHDelegate
+{
+public:
+    bool sshShouldCancel() const override { return m_isGivenUp; }
+    void giveUp() { m_isGivenUp = true; }
+
+private:
+    std::atomic<bool> m_isGivenUp = false;
+};
+
 DXQuerySession::DXQuerySession(const Init &init, QObject *parent)
     : QObject(parent)
     , m_init(init)
@@ -88,6 +99,7 @@ DXQuerySession::DXQuerySession(const Init &init, QObject *parent)
 
 DXQuerySession::~DXQuerySession()
 {
+    m_tunnelling->giveUp();
     const bool isBusy = m_state == State::Running || m_state == State::Cancelling;
     DXDispatch::background([client = std::move(m_client), isBusy] {
         if (isBusy) {
@@ -100,6 +112,7 @@ DXQuerySession::~DXQuerySession()
 void DXQuerySession::createClient()
 {
     m_client = m_init.details->createNewClient();
+    m_tunnelling = std::make_shared<Tunnelling>();
     m_client->setNoticeHandler([session = QPointer(this)](const QString &notice) {
         DXDispatch::main([session, notice] {
             if (session)
@@ -174,7 +187,7 @@ bool DXQuerySession::start(const Work &work)
     m_run.start();
     m_outcome.reset();
     setState(State::Connecting);
-    DXDispatch::background([client = m_client, ssh = m_init.sshDelegate, work, number = m_number,
+    DXDispatch::background([client = m_client, tunnelling = m_tunnelling, work, number = m_number,
                             transaction = isInTransaction(), session = QPointer(this)] {
         const auto tell = [&session, number](const auto &what) {
             DXDispatch::main([session, number, what] {
@@ -189,7 +202,7 @@ bool DXQuerySession::start(const Work &work)
                                        "Nothing was run. Run it again on a new connection."));
         else if (!isAlive)
             client->disconnect();
-        if (!isAlive && !transaction && !client->connect(&outcome.error, ssh.get())
+        if (!isAlive && !transaction && !client->connect(&outcome.error, tunnelling.get())
             && !outcome.error)
             outcome.error = failure(tr("The server did not answer as a PostgreSQL server should."));
         if (!outcome.error) {
@@ -276,6 +289,7 @@ void DXQuerySession::abandon()
 {
     const bool wasConnecting = m_state == State::Connecting;
     m_client->abandonConnection();
+    m_tunnelling->giveUp();
     createClient();
     ++m_number;
     m_isCancelUnderWay = false;

@@ -15,7 +15,6 @@
 #include <optional>
 
 class DXQueryResult;
-class DXSSHDelegate;
 class DabroDBC;
 class DabroDatabaseClient;
 
@@ -38,8 +37,6 @@ public:
     struct Init
     {
         std::shared_ptr<DabroDBC> details;
-        /// Asks what ssh wants to know; may be null.
-        std::shared_ptr<DXSSHDelegate> sshDelegate = {};
         /// How long a server may take to stop after it was asked, before the connection is broken.
         std::chrono::milliseconds patience = std::chrono::seconds(5);
     };
@@ -91,6 +88,7 @@ Q_SIGNALS:
 
 private:
     class Result;
+    class Tunnelling;
     using Work = std::function<void(DabroDatabaseClient &client, DXError *error)>;
     struct Outcome
     {
@@ -111,6 +109,7 @@ private:
 
     Init m_init;
     std::shared_ptr<DabroDatabaseClient> m_client;
+    std::shared_ptr<Tunnelling> m_tunnelling;
     // Answers of an earlier run, or of a client that was given up, carry another number.
     quint64 m_number = 0;
     State m_state = State::Idle;

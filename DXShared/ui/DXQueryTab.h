@@ -20,7 +20,6 @@ class DXQueryResultDetails;
 class DXQuerySession;
 class DXResultPage;
 class DXSQLEditor;
-class DXSSHDelegate;
 class DXValueView;
 class DabroDBC;
 class DabroDatabaseClient;
@@ -38,8 +37,6 @@ public:
         /// Tells how SQL is read and, unless hasConnection is false, where it is run.
         std::shared_ptr<DabroDBC> details;
         bool hasConnection = true;
-        /// Asks what ssh wants to know; may be null.
-        std::shared_ptr<DXSSHDelegate> sshDelegate = {};
     };
     explicit DXQueryTab(const Init &init, QWidget *parent = nullptr);
     ~DXQueryTab() override;

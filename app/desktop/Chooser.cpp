@@ -4,6 +4,7 @@
 
 #include "ui/DXTheme.h"
 
+#include <QAction>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
@@ -94,6 +95,18 @@ Chooser::Source Chooser::among(const QList<Choice> &choices)
             best.append(hit.second);
         answer(best);
     };
+}
+
+Chooser::Source Chooser::among(const QList<QAction *> &commands)
+{
+    QList<Choice> choices;
+    for (QAction *const action : commands)
+        choices.append({.title = action->text().remove(u'&'),
+                        .details = action->shortcut().toString(QKeySequence::NativeText),
+                        .icon = action->icon(),
+                        .isEnabled = action->isEnabled(),
+                        .chosen = [action] { action->trigger(); }});
+    return among(choices);
 }
 
 Chooser::Chooser(QWidget &window, const QString &prompt, const Source &source)

@@ -9,6 +9,7 @@
 
 #include <functional>
 
+class QAction;
 class QLineEdit;
 class QListWidget;
 
@@ -38,6 +39,8 @@ public:
     static Chooser *open(QWidget &window, const QString &prompt, const Source &source);
     /// A source of fixed choices: those that hold every typed word, best first.
     static Source among(const QList<Choice> &choices);
+    /// The same for commands, by their titles, each with its key.
+    static Source among(const QList<QAction *> &commands);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -5,6 +5,8 @@
 #include "client/DXDBCTabColorHelper.h"
 #include "client/DabroDBC.h"
 #include "client/DabroDatabaseConnectionPool.h"
+#include "client/SQLRecentConnection.h"
+#include "client/SQLRecentConnectionList.h"
 #include "core/DXLogHelper.h"
 #include "plugin/DXDriverPlugin.h"
 #include "tree/DXDatabaseTreeContextHelper.h"
@@ -94,6 +96,17 @@ QList<SQLRecentConnectionList *> Connections::savedConnections() const
             lists.append(list);
     }
     return lists;
+}
+
+std::shared_ptr<DabroDBC> Connections::savedDetails(const QString &connectionId) const
+{
+    for (const SQLRecentConnectionList *const list : savedConnections()) {
+        for (const auto &record : list->recentConnections()) {
+            if (record->connectionId().compare(connectionId, Qt::CaseInsensitive) == 0)
+                return record->createDatabaseConnectionDetails();
+        }
+    }
+    return {};
 }
 
 const Connections::Connection *Connections::find(const DabroDBC &details) const

@@ -51,6 +51,8 @@ public:
     std::shared_ptr<DabroDBC> detailsFromText(const QString &text, DXError *error) const;
     /// The saved connections of every driver that keeps any.
     QList<SQLRecentConnectionList *> savedConnections() const;
+    /// The record of a saved connection; null while it is not known.
+    std::shared_ptr<DabroDBC> savedDetails(const QString &connectionId) const;
 
     const QList<Connection> &open() const { return m_open; }
     /// The open connection that details, of any of its databases, belong to; null for none.

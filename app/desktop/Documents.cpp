@@ -116,8 +116,7 @@ DXQueryTab *Documents::insert(const Document &document, const std::shared_ptr<Da
     if (!details && !m_plainDetails)
         return nullptr;
     auto *const tab = new DXQueryTab({.details = details ? details : m_plainDetails->copy(),
-                                      .hasConnection = details != nullptr,
-                                      .sshDelegate = m_sshDelegate});
+                                      .hasConnection = details != nullptr});
     Document &kept = *m_documents.insert(tab, document);
     if (kept.id.isNull())
         kept.id = QUuid::createUuid().toString(QUuid::WithoutBraces);

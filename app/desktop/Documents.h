@@ -14,7 +14,6 @@
 #include <memory>
 
 class DXQueryTab;
-class DXSSHDelegate;
 class DabroDBC;
 class QToolButton;
 
@@ -55,12 +54,6 @@ public:
     bool save(DXQueryTab &tab);
     void saveAs(DXQueryTab &tab, const QString &path);
     static QStringList recentFiles();
-
-    /// Asks a tab's ssh what it wants to know.
-    void setSshDelegate(const std::shared_ptr<DXSSHDelegate> &delegate)
-    {
-        m_sshDelegate = delegate;
-    }
 
 Q_SIGNALS:
     void currentTabChanged(DXQueryTab *tab);
@@ -103,7 +96,6 @@ private:
     QHash<const DXQueryTab *, Document> m_documents;
     QList<Closed> m_closed;
     QFileSystemWatcher m_watcher;
-    std::shared_ptr<DXSSHDelegate> m_sshDelegate;
     std::shared_ptr<DabroDBC> m_plainDetails;
     int m_lastNumber = 0;
 };

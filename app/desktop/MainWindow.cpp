@@ -3,13 +3,16 @@
 #include "desktop/MainWindow.h"
 
 #include "client/DabroDBC.h"
+#include "client/SQLRecentConnection.h"
 #include "core/DXNotificationCenter.h"
+#include "desktop/ConnectionDialogs.h"
 #include "desktop/Connections.h"
 #include "desktop/DocumentJournal.h"
 #include "desktop/Documents.h"
 #include "desktop/FileCommands.h"
 #include "desktop/ObjectFinder.h"
 #include "desktop/QueryCommands.h"
+#include "desktop/RestoredTabs.h"
 #include "desktop/StatusLine.h"
 #include "desktop/TargetChooser.h"
 #include "desktop/TreeCommands.h"
@@ -19,6 +22,8 @@
 #include "ui/DXDatabaseTreeView.h"
 #include "ui/DXQueryTab.h"
 #include "ui/DXSQLEditor.h"
+#include "ui/DXSSHPrompter.h"
+#include "ui/DXSavedConnectionsView.h"
 #include "ui/DXTheme.h"
 
 #include <QAction>
@@ -60,7 +65,8 @@ MainWindow::MainWindow()
           .connections = *m_connections,
           .documents = *m_documents,
           .status = *m_status,
-          .editConnection = [this](const std::shared_ptr<DabroDBC> &) { newConnection(); },
+          .editConnection =
+              [this](const std::shared_ptr<DabroDBC> &details) { m_dialogs->edit(*details); },
           .disconnect =
               [this](const std::shared_ptr<DabroDBC> &details) {
                   m_connections->close(*details, *m_tree);
@@ -68,14 +74,18 @@ MainWindow::MainWindow()
     , m_tree(new DXDatabaseTreeView(*m_treeCommands))
     , m_welcome(new WelcomePage)
     , m_queryCommands(new QueryCommands(m_actions, this))
+    , m_dialogs(new ConnectionDialogs(*m_connections, *this))
+    , m_saved(new DXSavedConnectionsView)
     , m_files(new FileCommands(m_actions, *m_documents, *this))
     , m_journal(new DocumentJournal(*m_documents, this))
+    , m_restored(new RestoredTabs(*m_connections, this))
 {
     setWindowTitle(QApplication::applicationDisplayName());
     setStatusBar(m_status);
     createToolBar();
     createMenus();
     createCentre();
+    m_welcome->setList(m_saved);
     connectActions();
     connectDocuments();
     connectView();
@@ -98,8 +108,9 @@ void MainWindow::createMenus()
     connect(recent, &QMenu::aboutToShow, this,
             [this, recent] { m_files->fillRecentFiles(*recent); });
     m_actions.fill(*file, {{Id::Save, Id::SaveAs}, {Id::CloseTab, Id::ReopenTab}, {Id::Quit}});
-    m_actions.fill(*menuBar()->addMenu(tr("&Edit")),
-                   {{Id::Undo, Id::Redo}, {Id::Cut, Id::Copy, Id::Paste}});
+    QMenu *const edit = menuBar()->addMenu(tr("&Edit"));
+    connect(edit, &QMenu::aboutToShow, this, [this, edit] { fillEditMenu(*edit); });
+    fillEditMenu(*edit);
     m_actions.fill(*menuBar()->addMenu(tr("&Query")), {{Id::RunStatement, Id::RunAll, Id::Cancel},
                                                        {Id::Commit, Id::RollBack, Id::ManualCommit},
                                                        {Id::NextResult, Id::PreviousResult},
@@ -175,7 +186,7 @@ void MainWindow::createCentre()
 
 void MainWindow::connectActions()
 {
-    m_actions.connect(Id::NewConnection, [this] { newConnection(); });
+    m_actions.connect(Id::NewConnection, [this] { m_dialogs->create(); });
     m_actions.connect(Id::Disconnect, [this] {
         if (DXQueryTab *const tab = m_documents->current())
             m_connections->close(*tab->details(), *m_tree);
@@ -187,10 +198,24 @@ void MainWindow::connectActions()
     m_actions.connect(Id::PreviousTab, [this] { m_documents->step(-1); });
     m_actions.connect(Id::Quit, [this] { close(); });
     connect(m_connections, &Connections::changed, this, &MainWindow::updateCentre);
-    connect(m_target, &TargetChooser::newConnectionRequested, this, &MainWindow::newConnection);
+    connect(m_target, &TargetChooser::newConnectionRequested, m_dialogs,
+            &ConnectionDialogs::create);
     connect(m_target, &TargetChooser::changed, this, &MainWindow::updateCentre);
     connect(m_target, &TargetChooser::refused, m_status, &StatusLine::announce);
-    connect(m_welcome, &WelcomePage::newConnectionRequested, this, &MainWindow::newConnection);
+    connect(m_welcome, &WelcomePage::newConnectionRequested, m_dialogs, &ConnectionDialogs::create);
+    connect(m_saved, &DXSavedConnectionsView::newRequested, m_dialogs, &ConnectionDialogs::create);
+    connect(m_saved, &DXSavedConnectionsView::connectRequested, m_dialogs,
+            &ConnectionDialogs::connectTo);
+    connect(m_saved, &DXSavedConnectionsView::editRequested, this, [this](const auto &record) {
+        m_dialogs->edit(*record->createDatabaseConnectionDetails());
+    });
+    connect(m_dialogs, &ConnectionDialogs::connected, this, &MainWindow::openConnection);
+    connect(m_dialogs, &ConnectionDialogs::announced, m_status, &StatusLine::announce);
+    connect(m_journal, &DocumentJournal::restored, m_restored, &RestoredTabs::add);
+    connect(m_restored, &RestoredTabs::reunited, this, [this] {
+        m_target->follow(m_documents->current());
+        updateCentre();
+    });
     connect(m_documents, &Documents::currentTabChanged, this, [this](DXQueryTab *tab) {
         m_queryCommands->follow(tab);
         m_target->follow(tab);
@@ -275,8 +300,6 @@ void MainWindow::openArguments(const QStringList &arguments)
     }
 }
 
-void MainWindow::newConnection() { }
-
 void MainWindow::newTab()
 {
     const DXQueryTab *const tab = m_documents->current();
@@ -288,17 +311,10 @@ void MainWindow::newTab()
 
 void MainWindow::showCommands()
 {
-    QList<Chooser::Choice> choices;
     QList<QAction *> commands = m_actions.all();
     if (const DXQueryTab *const tab = m_documents->current())
         commands += tab->editor().actions();
-    for (QAction *const action : std::as_const(commands))
-        choices.append({.title = action->text().remove(u'&'),
-                        .details = action->shortcut().toString(QKeySequence::NativeText),
-                        .icon = action->icon(),
-                        .isEnabled = action->isEnabled(),
-                        .chosen = [action] { action->trigger(); }});
-    Chooser::open(*this, tr("Type the name of a command"), Chooser::among(choices));
+    Chooser::open(*this, tr("Type the name of a command"), Chooser::among(commands));
 }
 
 void MainWindow::showObjects()
@@ -344,7 +360,11 @@ void MainWindow::started()
     if (!m_connections->hasDriver())
         m_status->announce(
             tr("No driver could be loaded from %1.").arg(DXDriverLoader::searchPath().join(u", ")));
+    m_saved->setLists(m_connections->savedConnections());
     m_journal->open();
+    DXError error;
+    if (!DXSSHPrompter::install(&error))
+        m_status->announce(tr("ssh cannot ask for passphrases: %1").arg(error.description()));
     m_notifications = DXNotificationCenter::sharedInstance().observe(
         DXAlwaysVisibleUserNotification::undeliveredNotificationName(),
         [status = m_status](const DXNotificationCenter::Notification &notification) {

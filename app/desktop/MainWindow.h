@@ -13,7 +13,9 @@
 class Connections;
 class DXDatabaseTreeView;
 class DXQueryTab;
+class DXSavedConnectionsView;
 class DabroDBC;
+class ConnectionDialogs;
 class DocumentJournal;
 class Documents;
 class FileCommands;
@@ -21,6 +23,7 @@ class QFrame;
 class QSplitter;
 class QStackedWidget;
 class QueryCommands;
+class RestoredTabs;
 class StatusLine;
 class TargetChooser;
 class TreeCommands;
@@ -62,7 +65,6 @@ private:
     void connectView();
     void started();
     void updateCentre();
-    void newConnection();
     void newTab();
     void showCommands();
     void showObjects();
@@ -77,8 +79,11 @@ private:
     DXDatabaseTreeView *const m_tree;
     WelcomePage *const m_welcome;
     QueryCommands *const m_queryCommands;
+    ConnectionDialogs *const m_dialogs;
+    DXSavedConnectionsView *const m_saved;
     FileCommands *const m_files;
     DocumentJournal *const m_journal;
+    RestoredTabs *const m_restored;
     TargetChooser *m_target = nullptr;
     QWidget *m_sidebar = nullptr;
     QSplitter *m_splitter = nullptr;
