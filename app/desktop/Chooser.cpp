@@ -125,6 +125,7 @@ Chooser::Chooser(QWidget &window, const QString &prompt, const Source &source)
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setFocusPolicy(Qt::NoFocus);
     m_list->setUniformItemSizes(true);
+    m_list->setIconSize(QSize(16, 16));
     m_list->setItemDelegate(new ChoiceDelegate(m_list));
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 8, 8, 8);

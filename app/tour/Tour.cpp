@@ -5,8 +5,11 @@
 #include "desktop/Chooser.h"
 #include "desktop/Documents.h"
 #include "desktop/MainWindow.h"
+#include "ui/DXCompletionPopup.h"
+#include "ui/DXConnectionDialog.h"
 #include "ui/DXDatabaseTreeView.h"
 #include "ui/DXMessageView.h"
+#include "ui/DXQueryPreviewSheet.h"
 #include "ui/DXQuerySession.h"
 #include "ui/DXQueryTab.h"
 #include "ui/DXResultGrid.h"
@@ -46,8 +49,9 @@ Tour::Tour(MainWindow &window, const Init &init)
 bool Tour::run()
 {
     const std::function<void()> stations[] = {
-        [this] { welcome(); }, [this] { browse(); },  [this] { query(); },
-        [this] { failure(); }, [this] { palette(); },
+        [this] { welcome(); }, [this] { browse(); },     [this] { query(); },
+        [this] { failure(); }, [this] { palette(); },    [this] { completion(); },
+        [this] { preview(); }, [this] { connection(); },
     };
     for (const auto &station : stations) {
         if (m_isWell)
@@ -116,6 +120,41 @@ void Tour::welcome()
 {
     show(QStringLiteral("welcome"), QStringLiteral("The window on an empty desk"),
          [this] { return m_window.isVisible(); });
+}
+
+void Tour::completion()
+{
+    tab().editor().setText(QStringLiteral("SELECT o.\nFROM orders AS o\nWHERE o.status = 'paid'"));
+    tab().editor().setFocus();
+    // The names are asked for once a tab has its connection, and come when they come.
+    show(QStringLiteral("completion"), QStringLiteral("The columns behind an alias"), [this] {
+        auto &popup = *tab().findChild<DXCompletionPopup *>();
+        tab().editor().setCaretPosition(9);
+        popup.open();
+        return popup.isVisible();
+    });
+    press(Qt::Key_Escape);
+}
+
+void Tour::preview()
+{
+    tree().setFocus();
+    QTest::keyClick(&tree(), Qt::Key_Delete);
+    show(QStringLiteral("preview"), QStringLiteral("What would be run, before it is"), [] {
+        const auto *const sheet =
+            qobject_cast<DXQueryPreviewSheet *>(QApplication::activeModalWidget());
+        return sheet && sheet->findChild<DXSQLEditor *>()->text().contains(QStringLiteral("DROP"));
+    });
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+}
+
+void Tour::connection()
+{
+    m_window.actions()[Id::NewConnection]->trigger();
+    show(QStringLiteral("connection"), QStringLiteral("The form of a connection"), [] {
+        return qobject_cast<DXConnectionDialog *>(QApplication::activeModalWidget()) != nullptr;
+    });
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
 }
 
 void Tour::browse()

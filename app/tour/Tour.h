@@ -39,6 +39,9 @@ private:
     void query();
     void failure();
     void palette();
+    void completion();
+    void preview();
+    void connection();
 
     /// Waits for condition and takes a picture then.
     void show(const QString &name, const QString &title, const Condition &condition);

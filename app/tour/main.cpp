@@ -12,7 +12,7 @@
 
 #include <QApplication>
 #include <QLoggingCategory>
-#include <QStandardPaths>
+#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -24,7 +24,11 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("dabro-tour"));
     QApplication::setApplicationDisplayName(QStringLiteral("Dabro"));
     QLoggingCategory::setFilterRules(QStringLiteral("org.dabro=false"));
-    QStandardPaths::setTestModeEnabled(true);
+    // Each tour begins on an empty desk, and leaves the user's own alone.
+    const QTemporaryDir home;
+    for (const char *const variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+        qputenv(variable, home.path().toUtf8());
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 4) {
         std::fputs("dabro-tour FOLDER light…|dark… URI\n", stderr);

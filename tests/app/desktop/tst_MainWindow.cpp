@@ -1,19 +1,28 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/desktop/DesktopTest.h"
+#include "client/DabroDBC.h"
 #include "desktop/Chooser.h"
+#include "desktop/Connections.h"
 #include "desktop/DocumentJournal.h"
 #include "desktop/Documents.h"
 #include "desktop/MainWindow.h"
 #include "support/DXWait.h"
+#include "support/Widgets.h"
+#include "ui/DXConnectionDialog.h"
+#include "ui/DXQueryPreviewSheet.h"
 #include "ui/DXQuerySession.h"
 #include "ui/DXQueryTab.h"
 #include "ui/DXSQLEditor.h"
+#include "ui/DXSavedConnectionsView.h"
 
 #include <QAction>
+#include <QClipboard>
 #include <QFile>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPushButton>
 #include <QTest>
 #include <QTreeView>
 
@@ -139,6 +148,85 @@ TEST_F(MainWindowTest, keepsFilesAndTextsApart)
     EXPECT_EQ(window().documents().path(tab()), path);
     window().openArguments({write(folder, "b.sql", "\xff\xfe")});
     EXPECT_TRUE(statusMessage().contains(u"UTF-8")) << qPrintable(statusMessage());
+}
+
+TEST_F(MainWindowTest, connectsByDialogAndFromTheList)
+{
+    while (window().documents().current())
+        press(Qt::Key_W, Qt::ControlModifier);
+    press(Qt::Key_N, Qt::ControlModifier);
+    auto *const dialog = Widgets::opened<DXConnectionDialog>();
+    ASSERT_TRUE(dialog);
+    Widgets::type<QLineEdit>(dialog, u"Name of the connection"_qs, u"Tea shop"_qs);
+    QGuiApplication::clipboard()->setText(
+        QStringLiteral("host=%1 port=%2 user=dba dbname=postgres")
+            .arg(PostgresCluster::shared().socketFolder(),
+                 QString::number(PostgresCluster::shared().port())));
+    auto *const host = Widgets::named<QLineEdit>(dialog, u"Host"_qs);
+    host->setFocus();
+    QTest::keySequence(host, QKeySequence::Paste);
+    const auto *const user = Widgets::named<QLineEdit>(dialog, u"User"_qs);
+    ASSERT_TRUE(DXWait::until([&] { return user->text() == u"dba"; }));
+    Widgets::click<QPushButton>(dialog, u"Connect"_qs);
+    ASSERT_TRUE(DXWait::until([this] { return window().documents().current() != nullptr; }));
+    EXPECT_EQ(tab().details()->alias(), u"Tea shop"_qs);
+    ASSERT_TRUE(run(u"SELECT current_user"_qs));
+    EXPECT_EQ(cells(0), u"dba"_qs);
+
+    // Its tab comes back with the connection that it had, which nobody has opened yet.
+    ASSERT_TRUE(DXWait::until([this] { return hasJournal(); }));
+    tab().editor().setText(u"SELECT 'again'"_qs);
+    open();
+    ASSERT_TRUE(
+        DXWait::until([this] { return window().documents().current() && tab().hasConnection(); }));
+    EXPECT_TRUE(window().connections().open().isEmpty());
+    EXPECT_EQ(tab().details()->alias(), u"Tea shop"_qs);
+    ASSERT_TRUE(run(tab().editor().text()));
+    EXPECT_EQ(cells(0), u"again"_qs) << qPrintable(messages());
+
+    press(Qt::Key_W, Qt::ControlModifier);
+    auto *const list = window().findChild<DXSavedConnectionsView *>()->findChild<QTreeView *>();
+    ASSERT_TRUE(DXWait::until([&] { return list->model()->rowCount() > 0; }));
+    list->setCurrentIndex(list->model()->index(0, 0));
+    QTest::keyClick(list, Qt::Key_Return);
+    ASSERT_TRUE(DXWait::until([this] { return window().documents().current() != nullptr; }));
+    EXPECT_EQ(window().connections().open().size(), 1);
+}
+
+TEST_F(MainWindowTest, dropsAfterShowingTheScript)
+{
+    const QString server = PostgresCluster::shared().socketFolder();
+    const auto exists = [] {
+        return PostgresCluster::shared()
+                   .psql(u"SELECT count(*) FROM pg_class WHERE relname = 'browsed'"_qs)
+                   .trimmed()
+               == u"1";
+    };
+    const auto askToDrop = [&] {
+        QModelIndex index;
+        EXPECT_TRUE(DXWait::until([&] {
+            index = find({server, u"postgres"_qs, u"Tables"_qs, u"browsed"_qs});
+            return index.isValid();
+        }));
+        tree().setCurrentIndex(index);
+        tree().setFocus();
+        QTest::keyClick(&tree(), Qt::Key_Delete);
+        return Widgets::opened<DXQueryPreviewSheet>();
+    };
+    QWidget *sheet = askToDrop();
+    ASSERT_TRUE(sheet);
+    QTest::keyClick(sheet, Qt::Key_Escape);
+    EXPECT_TRUE(exists());
+    sheet = askToDrop();
+    auto *const drop = Widgets::named<QPushButton>(sheet, u"Drop"_qs);
+    ASSERT_TRUE(DXWait::until([&] { return drop->isEnabled(); }));
+    QTest::mouseClick(drop, Qt::LeftButton);
+    EXPECT_TRUE(DXWait::until([&] {
+        return !find({server, u"postgres"_qs, u"Tables"_qs, u"browsed"_qs}).isValid();
+    }));
+    EXPECT_FALSE(exists());
+    // No desktop hears it here, so the window tells.
+    EXPECT_TRUE(DXWait::until([this] { return statusMessage().contains(u"has been dropped"); }));
 }
 
 TEST_F(MainWindowTest, bringsTextsBackWithoutConnecting)
