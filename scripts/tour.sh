@@ -15,13 +15,12 @@ rm -f "$folder"/[0-9][0-9]-* "$folder"/*.png
 
 # window APPEARANCE PERCENT: takes the window through its stations.
 window() {
-    local screens=$folder/screens.json name=$1-$2
-    printf '{"screens":[{"name":"tour","x":0,"y":0,"width":%d,"height":%d,"logicalDpi":96,"dpr":%s}]}\n' \
-        1440 900 "$(($2 / 100))" >"$screens"
+    local screens=$folder/screens.json name=$1-$2 scale=$(($2 / 100))
+    printf '{"screens":[{"name":"tour","x":0,"y":0,"width":%d,"height":%d,"logicalDpi":96,"dpr":1}]}\n' \
+        $((1440 * scale)) $((900 * scale)) >"$screens"
     printf '\nThe window, %s, at %s %%\n' "$1" "$2"
-    QT_QPA_PLATFORM=offscreen:configfile=$screens "$programs/dabro-tour" "$folder" "$name" \
-        "$DABRO_DEMO_URI" 2>"$folder/$name.messages" </dev/null
-    if (($? != 0)); then
+    if ! QT_QPA_PLATFORM=offscreen:configfile=$screens QT_SCALE_FACTOR=$scale "$programs/dabro-tour" \
+        "$folder" "$name" "$DABRO_DEMO_URI" 2>"$folder/$name.messages" </dev/null; then
         cat "$folder/$name.messages" >&2
         echo "The window did not come through its tour; see $folder/$name-*.png" >&2
         exit 1

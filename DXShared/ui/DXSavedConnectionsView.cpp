@@ -57,6 +57,7 @@ DXSavedConnectionsView::DXSavedConnectionsView(QWidget *parent)
     add->setAccessibleName(tr("New connection"));
     add->setFocusPolicy(Qt::StrongFocus);
     connect(add, &QToolButton::clicked, this, &DXSavedConnectionsView::newRequested);
+    m_newButton = add;
 
     m_tree->setModel(m_model);
     m_tree->setItemDelegate(new DXSavedConnectionsDelegate(m_tree));
@@ -118,6 +119,13 @@ QWidget *DXSavedConnectionsView::createNotice()
     layout->addWidget(again, 0, Qt::AlignLeft);
     m_notice->hide();
     return m_notice;
+}
+
+void DXSavedConnectionsView::setOffersNew(bool yes)
+{
+    m_offersNew = yes;
+    m_newButton->setVisible(yes);
+    showPage();
 }
 
 void DXSavedConnectionsView::setLists(const QList<SQLRecentConnectionList *> &lists)
@@ -189,7 +197,7 @@ void DXSavedConnectionsView::showPage()
     m_emptyText->setText(isSearching     ? tr("Nothing matches.")
                          : m_loading > 0 ? QString()
                                          : tr("Connections that you save or use appear here."));
-    m_emptyButton->setVisible(!isSearching && m_loading == 0);
+    m_emptyButton->setVisible(m_offersNew && !isSearching && m_loading == 0);
     m_stack->setCurrentIndex(isEmpty ? 1 : 0);
 }
 

@@ -16,6 +16,7 @@ class QLineEdit;
 class QMenu;
 class QPushButton;
 class QStackedWidget;
+class QToolButton;
 class QTreeView;
 
 /// The saved connections of one or several drivers, to search, connect, edit, duplicate and delete,
@@ -32,6 +33,9 @@ public:
     explicit DXSavedConnectionsView(QWidget *parent = nullptr);
     ~DXSavedConnectionsView() override;
 
+    /// Whether it offers to make a new connection, which it does at first; for windows that do so
+    /// themselves.
+    void setOffersNew(bool yes);
     /// Shows lists, which outlive the view, and reads those that were not read yet.
     void setLists(const QList<SQLRecentConnectionList *> &lists);
     /// Null for none.
@@ -77,6 +81,8 @@ private:
     QStackedWidget *const m_stack;
     QLabel *m_emptyText = nullptr;
     QPushButton *m_emptyButton = nullptr;
+    QToolButton *m_newButton = nullptr;
+    bool m_offersNew = true;
     QWidget *m_notice = nullptr;
     QLabel *m_noticeText = nullptr;
     QAction *m_connect = nullptr;

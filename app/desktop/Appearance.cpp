@@ -30,6 +30,11 @@ void Appearance::apply(Mode mode)
     QApplication::setPalette(theme.palette());
     const QString sheet = QStringLiteral(
         "QToolBar { border: 0; border-bottom: 1px solid %1; padding: 4px 8px; spacing: 4px; }"
+        "QToolButton[popupMode=\"2\"] { border: 1px solid %1; border-radius: 3px; padding: 3px 20px"
+        " 3px 8px; background: %7; }"
+        "QToolButton::menu-indicator { subcontrol-origin: padding; subcontrol-position: center "
+        "right;"
+        " right: 6px; }"
         "QToolBar::separator { background: %1; width: 1px; margin: 4px; }"
         "QStatusBar { border-top: 1px solid %1; }"
         "QStatusBar::item { border: 0; }"
@@ -50,5 +55,5 @@ void Appearance::apply(Mode mode)
         "QWidget#sidebar, QWidget#sidebar QTreeView { background: %6; }");
     qApp->setStyleSheet(sheet.arg(theme.border.name(), theme.secondaryText.name(),
                                   theme.text.name(), theme.accent.name(), theme.window.name(),
-                                  theme.sidebar.name()));
+                                  theme.sidebar.name(), theme.surface.name()));
 }

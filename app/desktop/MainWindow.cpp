@@ -85,6 +85,7 @@ MainWindow::MainWindow()
     createToolBar();
     createMenus();
     createCentre();
+    m_saved->setOffersNew(false);
     m_welcome->setList(m_saved);
     connectActions();
     connectDocuments();

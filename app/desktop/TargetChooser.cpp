@@ -26,6 +26,8 @@ QToolButton *createButton(const QString &name)
     return button;
 }
 
+constexpr int longestTitle = 32;
+
 // What stands on a button or in a menu is a name, not a mnemonic.
 QString plain(const QString &name)
 {
@@ -59,9 +61,12 @@ void TargetChooser::follow(DXQueryTab *tab)
 
 void TargetChooser::update()
 {
-    m_connection->setText(plain(m_tab && m_tab->hasConnection()
-                                    ? Connections::title(*m_tab->details())
-                                    : tr("No connection")));
+    const QString title = m_tab && m_tab->hasConnection() ? Connections::title(*m_tab->details())
+                                                          : tr("No connection");
+    const int widest = longestTitle * m_connection->fontMetrics().averageCharWidth();
+    m_connection->setText(
+        plain(m_connection->fontMetrics().elidedText(title, Qt::ElideMiddle, widest)));
+    m_connection->setToolTip(title);
     const QString database = m_tab ? m_tab->details()->database() : QString();
     m_database->setText(plain(database.isEmpty() ? tr("Default database") : database));
     m_database->setVisible(m_tab && m_tab->hasConnection());
