@@ -26,6 +26,18 @@ constexpr QLatin1String tunnelKey("sshTunnelDetails");
 constexpr QLatin1String passwordKey("password");
 constexpr QLatin1String colorKey("tabColor");
 
+QCborValue archived(const QString &text)
+{
+    return text.isNull() ? QCborValue(nullptr) : QCborValue(text);
+}
+
+// CBOR reads an empty text back as a null one, which would mean an absent text here.
+QString unarchived(const QCborValue &value)
+{
+    const QString text = value.toString();
+    return value.isString() && text.isNull() ? QStringLiteral("") : text;
+}
+
 } // namespace
 
 SQLRecentConnection::~SQLRecentConnection() = default;
@@ -85,15 +97,15 @@ QCborMap SQLRecentConnection::encode() const
         parameters.insert(entry.key(), entry.value());
     QCborMap archive{
         {idKey, m_connectionId},
-        {aliasKey, m_alias},
-        {hostKey, m_serverHost},
-        {usernameKey, m_username},
-        {databaseKey, m_database},
+        {aliasKey, archived(m_alias)},
+        {hostKey, archived(m_serverHost)},
+        {usernameKey, archived(m_username)},
+        {databaseKey, archived(m_database)},
         {portKey, m_serverPort},
         {dateKey, QCborValue(m_connectionDate)},
         {parametersKey, parameters},
         {rememberKey, m_rememberPassword},
-        {passwordKey, m_rememberPassword ? m_password : QStringLiteral("")},
+        {passwordKey, archived(m_rememberPassword ? m_password : QStringLiteral(""))},
     };
     if (!m_tabColor.isEmpty())
         archive.insert(colorKey, m_tabColor);
@@ -107,10 +119,10 @@ void SQLRecentConnection::decode(const QCborMap &archive)
     m_connectionId = archive.value(idKey).toString();
     if (m_connectionId.isEmpty())
         m_connectionId = createConnectionId();
-    m_alias = archive.value(aliasKey).toString();
-    m_serverHost = archive.value(hostKey).toString();
-    m_username = archive.value(usernameKey).toString();
-    m_database = archive.value(databaseKey).toString();
+    m_alias = unarchived(archive.value(aliasKey));
+    m_serverHost = unarchived(archive.value(hostKey));
+    m_username = unarchived(archive.value(usernameKey));
+    m_database = unarchived(archive.value(databaseKey));
     m_serverPort = static_cast<quint16>(std::clamp<qint64>(archive.value(portKey).toInteger(), 0,
                                                            std::numeric_limits<quint16>::max()));
     m_connectionDate = archive.value(dateKey).toDateTime();
@@ -119,7 +131,7 @@ void SQLRecentConnection::decode(const QCborMap &archive)
     for (auto entry = parameters.begin(); entry != parameters.end(); ++entry)
         m_sessionParameters.insert(entry.key().toString(), entry.value().toString());
     m_rememberPassword = archive.value(rememberKey).toBool();
-    m_password = m_rememberPassword ? archive.value(passwordKey).toString() : QStringLiteral("");
+    m_password = m_rememberPassword ? unarchived(archive.value(passwordKey)) : QStringLiteral("");
     m_tabColor = archive.value(colorKey).toString();
     const QCborValue tunnel = archive.value(tunnelKey);
     m_sshTunnelDetails =

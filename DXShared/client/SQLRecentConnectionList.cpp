@@ -52,8 +52,12 @@ void SQLRecentConnectionList::take(const Stored &stored, const Stored &pending)
 {
     const QList<Record> own = std::exchange(m_records, stored.records);
     for (const QList<Record> &later : {pending.records, own}) {
-        for (const Record &record : later)
-            addOrUpdate(record);
+        for (const Record &record : later) {
+            // What was kept apart may have been saved again since.
+            const Record known = recordWithId(record->connectionId());
+            if (!known || known->connectionDate() <= record->connectionDate())
+                addOrUpdate(record);
+        }
     }
     for (const Record &record : std::as_const(m_records))
         record->didLoad();
@@ -96,17 +100,22 @@ QList<SQLRecentConnectionList::Record> SQLRecentConnectionList::recentConnection
     return records;
 }
 
+SQLRecentConnectionList::Record SQLRecentConnectionList::recordWithId(const QString &id) const
+{
+    const auto found =
+        std::find_if(m_records.begin(), m_records.end(), [&id](const Record &record) {
+            return record->connectionId().compare(id, Qt::CaseInsensitive) == 0;
+        });
+    return found == m_records.end() ? nullptr : *found;
+}
+
 void SQLRecentConnectionList::addOrUpdate(const Record &record)
 {
-    for (const Record &known : std::as_const(m_records)) {
-        if (known->connectionId().compare(record->connectionId(), Qt::CaseInsensitive) == 0) {
-            // What was kept apart may have been saved again since.
-            if (known != record && known->connectionDate() <= record->connectionDate())
-                known->copyFrom(*record);
-            return;
-        }
-    }
-    m_records.append(record);
+    const Record known = recordWithId(record->connectionId());
+    if (!known)
+        m_records.append(record);
+    else if (known != record)
+        known->copyFrom(*record);
 }
 
 void SQLRecentConnectionList::updateRecentConnection(const Record &record, const Done &done)
@@ -122,7 +131,8 @@ void SQLRecentConnectionList::updateRecentConnection(const Record &record, const
 void SQLRecentConnectionList::removeConnection(const Record &record, const Done &done)
 {
     DX_ASSERT_MAIN();
-    m_records.removeOne(record);
+    // A load() since the caller got the record put another object in its place.
+    m_records.removeOne(recordWithId(record->connectionId()));
     changed();
     save(done);
 }
@@ -133,7 +143,12 @@ void SQLRecentConnectionList::removeAllRecentConnections(const Done &done)
     m_records.clear();
     m_isLoaded = true;
     changed();
-    m_init.store.write(m_init.key, QString(), done);
+    m_init.store.write(m_init.key, QString(), [this, done](const DXError &error) {
+        if (error)
+            done(error);
+        else
+            m_init.store.write(pendingKey(), QString(), done);
+    });
 }
 
 void SQLRecentConnectionList::changed()

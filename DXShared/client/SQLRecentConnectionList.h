@@ -70,6 +70,8 @@ private:
     };
 
     Stored decode(const QString &text) const;
+    /// Null for none; letter case does not count.
+    Record recordWithId(const QString &id) const;
     void addOrUpdate(const Record &record);
     void take(const Stored &stored, const Stored &pending);
     void changed();

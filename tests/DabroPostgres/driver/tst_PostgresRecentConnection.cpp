@@ -4,7 +4,9 @@
 #include "driver/PostgresConnectionHelper.h"
 #include "driver/PostgresDatabaseConnectionDetails.h"
 #include "driver/PostgresRecentConnection.h"
+#include "support/DXWait.h"
 #include "support/Program.h"
+#include "support/SavedConnections.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -105,12 +107,39 @@ TEST_F(SavedConnections, doNotWaitForAServiceThatSaysNothing)
               (QStringList{u"[]"_qs, u"[a=one]"_qs}));
 }
 
+TEST(PostgresRecentConnection, isUpdatedAndRemovedByItsId)
+{
+    const QTemporaryDir folder;
+    auto &list = ::SavedConnections::listOf<PostgresRecentConnection>(
+        u"key"_qs, ::SavedConnections::storeIn(folder.path()));
+    int done = 0;
+    const auto count = [&done](const DXError &) { ++done; };
+    const auto recordCalled = [](const QString &alias, const QString &id) {
+        auto record = std::make_shared<PostgresRecentConnection>();
+        record->setConnectionId(id);
+        record->setAlias(alias);
+        return record;
+    };
+    const auto stored = recordCalled(u"old"_qs, u"id"_qs);
+    list.updateRecentConnection(stored, count);
+    // The computer's clock was ahead then.
+    stored->setConnectionDate(QDateTime::currentDateTimeUtc().addDays(1));
+    const auto edited = recordCalled(u"new"_qs, u"ID"_qs);
+    list.updateRecentConnection(edited, count);
+    ASSERT_EQ(list.recentConnections().size(), 1);
+    EXPECT_EQ(list.recentConnections()[0]->alias(), u"new"_qs);
+    list.removeConnection(edited, count);
+    EXPECT_TRUE(list.recentConnections().isEmpty());
+    EXPECT_TRUE(DXWait::until([&done] { return done == 3; }));
+}
+
 TEST(PostgresRecentConnection, archivesEverythingButUnwantedPasswords)
 {
     PostgresRecentConnection record;
     record.setConnectionId(u"id"_qs);
     record.setServerHost(u"db1"_qs);
     record.setServerPort(5433);
+    record.setDatabase(u""_qs);
     record.setPassword(u"secret"_qs);
     record.setRememberPassword(true);
     record.setGroupSchemas(true);
@@ -126,6 +155,8 @@ TEST(PostgresRecentConnection, archivesEverythingButUnwantedPasswords)
         read.createDatabaseConnectionDetails());
     EXPECT_EQ(details->host(), u"db1"_qs);
     EXPECT_EQ(details->port(), 5433);
+    EXPECT_FALSE(details->database().isNull());
+    EXPECT_TRUE(details->username().isNull());
     EXPECT_EQ(details->password(), u"secret"_qs);
     EXPECT_EQ(details->connectionSessionPreferences().value(u"TimeZone"_qs), u"UTC"_qs);
     EXPECT_EQ(details->sshTunnelModel()->host, u"hop"_qs);
