@@ -6,6 +6,7 @@
 #include "cli/CliConnectionText.h"
 
 #include <QCommandLineParser>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <iterator>
@@ -135,6 +136,14 @@ private:
     QString m_url;
 };
 
+// Statements may begin with a comment in SQL, which looks like an option whose name has blanks in
+// it; behind a blank of its own it does not.
+bool beginsWithComment(const QString &argument)
+{
+    static const QRegularExpression form(QStringLiteral("\\A--[^\\s=]*\\s"));
+    return form.match(argument).hasMatch();
+}
+
 bool Reader::fail(const QString &text)
 {
     m_error = text;
@@ -145,7 +154,10 @@ bool Reader::read(const QStringList &arguments)
 {
     for (const Definition &definition : definitionsOf(m_options.command))
         m_parser.addOption(QCommandLineOption(definition.names, QString(), definition.value));
-    if (!m_parser.parse(QStringList(QString()) + arguments))
+    QStringList parsed{QString()};
+    for (const QString &argument : arguments)
+        parsed.append(beginsWithComment(argument) ? u' ' + argument : argument);
+    if (!m_parser.parse(parsed))
         return fail(m_parser.errorText());
     if (m_parser.isSet(QStringLiteral("help"))) {
         m_options.helpTopic = m_syntax.name;

@@ -54,6 +54,12 @@ TEST(CliOptions, ReadsStatementsAndHowToPrintThem)
     EXPECT_TRUE(options.isQuiet);
     EXPECT_TRUE(options.asksPassword);
     EXPECT_EQ(parsed(u"query -- --comment"_qs).statements, u"--comment"_qs);
+    for (const QString &commented : {u"-- all\nSELECT 1"_qs, u"--all\nSELECT 1"_qs}) {
+        QString error;
+        const auto read = CliOptions::parse({u"query"_qs, commented}, error);
+        ASSERT_TRUE(read) << error.toStdString();
+        EXPECT_EQ(read->statements.value_or(QString()).trimmed(), commented);
+    }
 }
 
 TEST(CliOptions, TakesAConnectionInThreeNotations)
