@@ -94,11 +94,11 @@ void finish(DXQueryResultDetails &details, const DXQueryMessage &message, DXQuer
         block();
 }
 
-// The first failure of the batch is the caller's; each statement shows its own.
-void keepFirst(DXError &first, const DXError &error)
+// The last failure, which ended the batch, is the caller's; each statement shows its own.
+void keepLast(DXError &last, const DXError &error)
 {
-    if (first.isEmpty())
-        first = error;
+    if (error)
+        last = error;
 }
 
 } // namespace
@@ -117,7 +117,7 @@ bool PostgresDatabaseClient::executeQueryDetails(const QList<DXQueryDetails> &qu
                             timer.elapsedSeconds()));
     timer.startTimer();
 
-    DXError firstFailure;
+    DXError lastFailure;
     qsizetype count = 0;
     if (answer) {
         auto &rows = static_cast<PostgresDatabaseResultSet &>(*answer);
@@ -130,7 +130,7 @@ bool PostgresDatabaseClient::executeQueryDetails(const QList<DXQueryDetails> &qu
             const qsizetype rowCount = readRows(rows, *details, resultSet, &failure);
             finish(*details, failure ? errorMessage(failure) : successMessage(rows, rowCount),
                    resultSet, block);
-            keepFirst(firstFailure, std::exchange(failure, DXError()));
+            keepLast(lastFailure, std::exchange(failure, DXError()));
         } while (rows.nextResultSet(&failure));
         forwardNotifications();
     } else {
@@ -141,11 +141,11 @@ bool PostgresDatabaseClient::executeQueryDetails(const QList<DXQueryDetails> &qu
         finish(*appendDetails(queryDetails.first(), resultSet), errorMessage(failure), resultSet,
                block);
     }
-    keepFirst(firstFailure, failure);
+    keepLast(lastFailure, failure);
     DXLog(QString::asprintf("executeQueryDetails result loops (%ld) finished, took %0.2f seconds",
                             static_cast<long>(count), timer.elapsedSeconds()));
-    if (firstFailure)
-        DXError::report(error, processErrorDetails(firstFailure, text,
+    if (lastFailure)
+        DXError::report(error, processErrorDetails(lastFailure, text,
                                                    queryDetails.first().queryRange.location));
     return true;
 }

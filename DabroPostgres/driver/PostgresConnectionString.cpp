@@ -23,14 +23,17 @@ void appendFile(QStringList &options, const QString &keyword, const QString &tok
                    + PostgresDatabaseClient::escapeConnectionStringEntry(path));
 }
 
-// The password stands in the string in its quoted form, which may differ from its text.
+// The password stands in the string in its quoted form, which may differ from its text; where it
+// does not, one pass must do, or a password such as "pass" would be masked within the mask.
 QString masked(QString connectionString, const QString &password)
 {
     if (password.isEmpty())
         return connectionString;
     const QString mask = QStringLiteral("<password>");
     const QString entry = PostgresDatabaseClient::escapeConnectionStringEntry(password);
-    connectionString.replace(entry.sliced(1, entry.size() - 2), mask);
+    const QString quotedForm = entry.sliced(1, entry.size() - 2);
+    if (quotedForm != password)
+        connectionString.replace(quotedForm, mask);
     return connectionString.replace(password, mask);
 }
 

@@ -4,6 +4,7 @@
 
 #include "driver/PostgresDatabaseResultSet.h"
 
+#include <limits>
 #include <optional>
 
 namespace
@@ -38,7 +39,8 @@ std::optional<qsizetype> positionFromMessage(const QString &message, const QStri
         if (!line.startsWith(QLatin1String("LINE ")) || colon < 0)
             continue;
         const qint64 lineNumber = DXValue::leadingInteger(QStringView(line).sliced(5).toUtf8());
-        if (lineNumber <= 0 || lineNumber > query.size() + 1 || index + 1 == lines.size())
+        if (lineNumber <= 0 || lineNumber > std::numeric_limits<int>::max()
+            || index + 1 == lines.size())
             return std::nullopt;
         const qsizetype caret = lines[index + 1].indexOf(QLatin1Char('^'));
         if (caret < 0)
@@ -64,12 +66,13 @@ std::optional<qsizetype> positionFromServer(const DXError &error, const QString 
 } // namespace
 
 // libpq shortens long lines around the failing place and counts the columns of wide characters, so
-// the server's own position is preferred where the error still has it.
+// the server's own position is preferred where the error still has it. An answer of the server
+// without one failed inside a function: the "LINE" it quotes is one of the function's own query.
 DXError PostgresDatabaseClient::processErrorDetails(const DXError &error, const QString &query,
                                                     qsizetype offset)
 {
     std::optional<qsizetype> position = positionFromServer(error, query);
-    if (!position)
+    if (!position && !error.details().contains(PostgresDatabaseResultSet::sqlStateKey()))
         position = positionFromMessage(error.description(), query);
     if (!position || *position < 0 || *position >= query.size())
         return error;

@@ -97,7 +97,8 @@ TEST(ConnectionString, namesWhatTheRecordHolds)
 
 TEST(ConnectionString, isLoggedWithoutThePassword)
 {
-    for (const char *const password : {"pw", "it's", "back\\slash", "\\", "'", "user='dba'"}) {
+    for (const char *const password :
+         {"pw", "it's", "back\\slash", "\\", "'", "user='dba'", "pass"}) {
         const auto details = dba();
         details->setHost(QStringLiteral("10.0.0.5"));
         details->setPassword(QString::fromLatin1(password));
@@ -108,6 +109,7 @@ TEST(ConnectionString, isLoggedWithoutThePassword)
         logged.clear();
         client.generateConnectionString(nullptr, QString());
         EXPECT_TRUE(logged.contains(QLatin1String("<password>"))) << qPrintable(logged);
+        EXPECT_FALSE(logged.contains(QLatin1String("<<"))) << qPrintable(logged);
         EXPECT_FALSE(logged.contains(
             PostgresDatabaseClient::escapeConnectionStringEntry(details->password())))
             << qPrintable(logged);

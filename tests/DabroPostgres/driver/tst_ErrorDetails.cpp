@@ -40,7 +40,7 @@ TEST(ErrorDetails, findTheFailingTextInLibpqsMessage)
         {"line 0", "LINE 0: a\n        ^", "a", 0, none},
         {"a number that does not fit", "LINE 99999999999999999999: a\n        ^", "a", 0, none},
         {"behind the text", "LINE 1: select x\n                ^", "select x", 0, none},
-        {"fewer lines than named", "LINE 3: ab cd\n           ^", "ab cd\n", 0, {{3, 2}}},
+        {"fewer lines than named", "LINE 30: ab cd\n            ^", "ab cd\n", 0, {{3, 2}}},
         {"a LINE without colon first", "LINE up\nLINE 1: ab\n        ^", "ab", 0, {{0, 2}}},
     };
     for (const Case &oneCase : cases) {

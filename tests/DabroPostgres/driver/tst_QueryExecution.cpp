@@ -161,6 +161,7 @@ TEST_F(QueryExecution, marksWhereAStatementFailed)
         {{QStringLiteral("SELECT 1;\n"), QStringLiteral("select * fro t;")}, "fro"},
         {{QStringLiteral("SELECT 1;\n"), QStringLiteral("\tSELECT\tnope FROM pg_class")}, "nope"},
         {{wide + QStringLiteral("nope")}, "nope"},
+        {{QStringLiteral("COPY (SELECT 1) TO STDOUT;\n"), QStringLiteral("SELECT nope")}, "nope"},
         {{QStringLiteral("SELECT ") + QStringLiteral("1, ").repeated(200)
           + QStringLiteral("nope, 2")},
          "nope,"},
@@ -175,6 +176,10 @@ TEST_F(QueryExecution, marksWhereAStatementFailed)
         const auto last = batch.result.resultSets().last()->messages();
         EXPECT_EQ(last.value(0).color, DXMessageColor::Red);
     }
+    Batch inside;
+    run({QStringLiteral("DO $$BEGIN EXECUTE 'SELECT nope'; END$$")}, inside);
+    EXPECT_TRUE(inside.error.description().contains(QLatin1String("LINE 1: SELECT nope")));
+    EXPECT_TRUE(inside.error.queryErrorRanges().isEmpty());
 }
 
 TEST_F(QueryExecution, refusesWhatTheServerCannotTake)
