@@ -3,6 +3,7 @@
 // Reads a result through the driver's batch path and through a bare libpq loop that copies the
 // cells, and prints what the driver costs beside it. See README.md here.
 
+#include "BareReading.h"
 #include "client/DXQueryResult.h"
 #include "dispatch/DXDispatch.h"
 #include "driver/PostgresDatabaseClient.h"
@@ -15,7 +16,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <future>
 #include <memory>
 #include <vector>
@@ -49,42 +49,6 @@ struct Measurement
     std::exit(1);
 }
 
-// What the driver's store does, without anything around it: chunks of bytes, eight bytes of index a
-// cell.
-class BareStore
-{
-public:
-    void append(const char *data, int length)
-    {
-        const auto size = static_cast<std::size_t>(length);
-        if (m_used + size > chunkSize) {
-            m_chunks.push_back(std::make_unique_for_overwrite<char[]>(chunkSize));
-            m_used = 0;
-        }
-        if (m_indexUsed == indexSize) {
-            m_index.push_back(std::make_unique_for_overwrite<Entry[]>(indexSize));
-            m_indexUsed = 0;
-        }
-        m_index.back()[m_indexUsed++] = {static_cast<unsigned>(m_used), length};
-        std::memcpy(m_chunks.back().get() + m_used, data, size);
-        m_used += size;
-    }
-
-private:
-    struct Entry
-    {
-        unsigned offset;
-        int length;
-    };
-    static constexpr std::size_t chunkSize = 1024 * 1024;
-    static constexpr std::size_t indexSize = 64 * 1024;
-
-    std::vector<std::unique_ptr<char[]>> m_chunks;
-    std::vector<std::unique_ptr<Entry[]>> m_index;
-    std::size_t m_used = chunkSize;
-    std::size_t m_indexUsed = indexSize;
-};
-
 qsizetype readBare(const QString &host, int port)
 {
     const QByteArray connectionString =
@@ -92,20 +56,7 @@ qsizetype readBare(const QString &host, int port)
     PGconn *const connection = PQconnectdb(connectionString.constData());
     if (PQstatus(connection) != CONNECTION_OK)
         stop("connecting", PQerrorMessage(connection));
-    BareStore store;
-    qsizetype rows = 0;
-    PQsendQuery(connection, readingQuery);
-    PQsetSingleRowMode(connection);
-    while (PGresult *const result = PQgetResult(connection)) {
-        if (PQresultStatus(result) == PGRES_SINGLE_TUPLE) {
-            const int columns = PQnfields(result);
-            for (int column = 0; column < columns; ++column)
-                store.append(PQgetvalue(result, 0, column),
-                             PQgetisnull(result, 0, column) ? -1 : PQgetlength(result, 0, column));
-            ++rows;
-        }
-        PQclear(result);
-    }
+    const qsizetype rows = BareReading::read(connection, readingQuery);
     PQfinish(connection);
     return rows;
 }
