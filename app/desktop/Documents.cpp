@@ -176,24 +176,50 @@ void Documents::updateTitle(DXQueryTab &tab)
 
 void Documents::requestClose(DXQueryTab *tab)
 {
-    if (!tab || !tab->session().isInTransaction()) {
+    const auto closeLater = [this, tab = QPointer(tab)] {
+        // Not from within the question, which the tab takes with it.
+        DXDispatch::main([this, tab] { close(tab); });
+    };
+    if (tab && tab->session().isInTransaction()) {
+        ask(*tab, tr("A transaction is open in \"%1\". Closing the tab rolls it back."),
+            {{tr("Roll back and close"), closeLater}});
+    } else if (tab && tab->editor().isModified() && !m_documents[tab].path.isNull()) {
+        const auto saveAndClose = [this, tab, closeLater] {
+            save(*tab);
+            if (!tab->editor().isModified())
+                closeLater();
+        };
+        ask(*tab, tr("What was changed in \"%1\" is not in its file yet."),
+            {{tr("Discard"), closeLater}, {tr("Save"), saveAndClose}});
+    } else {
         close(tab);
-        return;
     }
+}
+
+bool Documents::askToQuit(const std::function<void()> &quit)
+{
+    for (DXQueryTab *const tab : all()) {
+        if (tab->session().isInTransaction()) {
+            setCurrentWidget(tab);
+            ask(*tab, tr("A transaction is open in \"%1\". Quitting rolls it back."),
+                {{tr("Roll back and quit"), quit}});
+            return true;
+        }
+    }
+    return false;
+}
+
+void Documents::ask(DXQueryTab &tab, const QString &text, const QList<Answer> &answers)
+{
     auto *const question =
-        new QMessageBox(QMessageBox::Warning, tr("Close the tab?"),
-                        tr("A transaction is open in \"%1\". Closing the tab rolls it back.")
-                            .arg(m_documents[tab].title),
-                        QMessageBox::Cancel, tab);
+        new QMessageBox(QMessageBox::Warning, tr("Close?"), text.arg(m_documents[&tab].title),
+                        QMessageBox::Cancel, &tab);
     question->setTextFormat(Qt::PlainText);
     question->setAttribute(Qt::WA_DeleteOnClose);
-    QPushButton *const rollBack =
-        question->addButton(tr("Roll back and close"), QMessageBox::DestructiveRole);
     question->setDefaultButton(QMessageBox::Cancel);
-    connect(rollBack, &QPushButton::clicked, this, [this, tab] {
-        // Not from within the question, which the tab takes with it.
-        DXDispatch::main([this, tab = QPointer(tab)] { close(tab); });
-    });
+    for (const Answer &answer : answers)
+        connect(question->addButton(answer.title, QMessageBox::AcceptRole), &QPushButton::clicked,
+                this, answer.given);
     question->open();
 }
 

@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <QTabWidget>
 
+#include <functional>
 #include <memory>
 
 class DXQueryTab;
@@ -38,9 +39,12 @@ public:
     DXQueryTab *add(const DXTextRecord &record);
     /// The tab as a journal keeps it.
     DXTextRecord record(const DXQueryTab &tab) const;
-    /// Closes the tab, after asking where a transaction is open; its text can be had back with
-    /// reopen().
+    /// Closes the tab, after asking where a transaction is open or a file not saved; its text can
+    /// be had back with reopen().
     void requestClose(DXQueryTab *tab);
+    /// Asks before the program ends where that rolls back a transaction, and calls quit when that
+    /// is fine; false when there is nothing to ask.
+    bool askToQuit(const std::function<void()> &quit);
     void close(DXQueryTab *tab);
     void reopen();
     bool canReopen() const { return !m_closed.isEmpty(); }
@@ -79,6 +83,11 @@ private:
         // What the file held when it was last read or written here.
         QByteArray content = {};
     };
+    struct Answer
+    {
+        QString title;
+        std::function<void()> given;
+    };
     struct Closed
     {
         Document document;
@@ -89,6 +98,7 @@ private:
     DXQueryTab *insert(const Document &document, const std::shared_ptr<DabroDBC> &details,
                        const QString &text);
     QToolButton *createCloseButton(DXQueryTab *tab);
+    void ask(DXQueryTab &tab, const QString &text, const QList<Answer> &answers);
     void updateTitle(DXQueryTab &tab);
     void fileChanged(const QString &path);
     void remember(const QString &path);

@@ -4,7 +4,6 @@
 
 #include "client/DabroDBC.h"
 #include "client/SQLRecentConnection.h"
-#include "core/DXNotificationCenter.h"
 #include "desktop/ConnectionDialogs.h"
 #include "desktop/Connections.h"
 #include "desktop/DocumentJournal.h"
@@ -18,7 +17,6 @@
 #include "desktop/TreeCommands.h"
 #include "desktop/WelcomePage.h"
 #include "dispatch/DXDispatch.h"
-#include "ui/DXAlwaysVisibleUserNotification.h"
 #include "ui/DXDatabaseTreeView.h"
 #include "ui/DXQueryTab.h"
 #include "ui/DXSQLEditor.h"
@@ -366,12 +364,6 @@ void MainWindow::started()
     DXError error;
     if (!DXSSHPrompter::install(&error))
         m_status->announce(tr("ssh cannot ask for passphrases: %1").arg(error.description()));
-    m_notifications = DXNotificationCenter::sharedInstance().observe(
-        DXAlwaysVisibleUserNotification::undeliveredNotificationName(),
-        [status = m_status](const DXNotificationCenter::Notification &notification) {
-            status->announce(
-                notification.userInfo[DXAlwaysVisibleUserNotification::textKey()].toString());
-        });
     const QString demo = qEnvironmentVariable("DABRO_DEMO_URI");
     if (!demo.isEmpty()) {
         m_welcome->offerDemo();
@@ -382,6 +374,13 @@ void MainWindow::started()
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    if (!m_isQuitting && m_documents->askToQuit([this] {
+            m_isQuitting = true;
+            close();
+        })) {
+        event->ignore();
+        return;
+    }
     QSettings settings;
     settings.setValue(geometryKey, saveGeometry());
     settings.setValue(splitterKey, m_splitter->saveState());

@@ -89,6 +89,6 @@ private:
     QSplitter *m_splitter = nullptr;
     QStackedWidget *m_centre = nullptr;
     QFrame *m_colorLine = nullptr;
-    std::shared_ptr<void> m_notifications;
     bool m_hasStarted = false;
+    bool m_isQuitting = false;
 };

@@ -3,6 +3,8 @@
 #include "desktop/StatusLine.h"
 
 #include "client/DabroDBC.h"
+#include "core/DXNotificationCenter.h"
+#include "ui/DXAlwaysVisibleUserNotification.h"
 #include "ui/DXQuerySession.h"
 #include "ui/DXQueryTab.h"
 #include "ui/DXTheme.h"
@@ -45,6 +47,11 @@ StatusLine::StatusLine(QWidget *parent)
     addPermanentWidget(m_summary);
     m_clock.setInterval(std::chrono::seconds(1));
     connect(&m_clock, &QTimer::timeout, this, &StatusLine::update);
+    m_notifications = DXNotificationCenter::sharedInstance().observe(
+        DXAlwaysVisibleUserNotification::undeliveredNotificationName(),
+        [this](const DXNotificationCenter::Notification &notification) {
+            announce(notification.userInfo[DXAlwaysVisibleUserNotification::textKey()].toString());
+        });
 }
 
 void StatusLine::follow(DXQueryTab *tab, const QString &product)

@@ -7,11 +7,13 @@
 #include <QString>
 #include <QTimer>
 
+#include <memory>
+
 class DXQueryTab;
 class QLabel;
 
 /// Under a window's tabs: the server, the open transaction and its age, and what the last run
-/// yielded. [main]
+/// yielded; also what the desktop did not tell the user. [main]
 class StatusLine final : public QStatusBar
 {
     Q_OBJECT
@@ -33,4 +35,5 @@ private:
     QLabel *const m_transaction;
     QLabel *const m_summary;
     QTimer m_clock;
+    std::shared_ptr<void> m_notifications;
 };

@@ -112,5 +112,8 @@ QString DesktopTest::cells(int result) const
 
 void DesktopTest::press(int key, Qt::KeyboardModifiers modifiers) const
 {
+    // A question that was just answered leaves no window active, and keys without effect.
+    m_window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
     QTest::keyClick(m_window.get(), static_cast<Qt::Key>(key), modifiers);
 }

@@ -18,9 +18,11 @@ class QTreeView;
 /// to.
 class DesktopTest : public testing::Test
 {
+public:
+    ~DesktopTest() override;
+
 protected:
     DesktopTest();
-    ~DesktopTest() override;
 
     /// The text that connects to the server, as on the command line.
     static QString uri(const PostgresCluster &cluster,

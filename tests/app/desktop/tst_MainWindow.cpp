@@ -22,6 +22,7 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeView>
@@ -142,7 +143,8 @@ TEST_F(MainWindowTest, keepsFilesAndTextsApart)
     EXPECT_EQ(tab().editor().text(), u"-- typed\nSELECT 2"_qs);
 
     press(Qt::Key_W, Qt::ControlModifier);
-    EXPECT_EQ(window().documents().count(), count - 1);
+    Widgets::click<QPushButton>(Widgets::opened<QMessageBox>(), u"Discard"_qs);
+    EXPECT_TRUE(DXWait::until([&] { return window().documents().count() == count - 1; }));
     press(Qt::Key_T, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(tab().editor().text(), u"-- typed\nSELECT 2"_qs);
     EXPECT_EQ(window().documents().path(tab()), path);

@@ -5,6 +5,7 @@
 #include "desktop/Documents.h"
 #include "desktop/MainWindow.h"
 #include "support/DXWait.h"
+#include "support/Widgets.h"
 #include "ui/DXMessageView.h"
 #include "ui/DXQuerySession.h"
 #include "ui/DXQueryTab.h"
@@ -16,6 +17,8 @@
 #include <QAction>
 #include <QFile>
 #include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QStatusBar>
 
@@ -138,6 +141,11 @@ TEST_F(QueryTab, keepsItsTransactionAndShowsIt)
     ASSERT_TRUE(run(u"INSERT INTO t VALUES (2)"_qs));
     press(Qt::Key_W, Qt::ControlModifier);
     EXPECT_TRUE(window().documents().current());
+    QTest::keyClick(Widgets::opened<QMessageBox>(), Qt::Key_Escape);
+    EXPECT_FALSE(window().close());
+    EXPECT_TRUE(tab().session().isInTransaction());
+    Widgets::click<QPushButton>(Widgets::opened<QMessageBox>(), u"Roll back and quit"_qs);
+    EXPECT_TRUE(DXWait::until([this] { return !window().isVisible(); }));
 }
 
 TEST_F(QueryTab, viewsAndSavesWhatArrived)
