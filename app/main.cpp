@@ -24,8 +24,7 @@ int main(int argc, char **argv)
     {
         MainWindow window;
         window.show();
-        const QStringList arguments = QApplication::arguments().mid(1);
-        DXDispatch::main([&window, arguments] { window.openArguments(arguments); });
+        window.openArguments(QApplication::arguments().mid(1));
         status = QApplication::exec();
     }
     // All is saved: a server that answers nobody does not keep the program from ending.

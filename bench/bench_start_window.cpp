@@ -7,7 +7,6 @@
 
 #include "PaintedApplication.h"
 #include "desktop/MainWindow.h"
-#include "dispatch/DXDispatch.h"
 #include "ui/DXDatabaseTreeView.h"
 #include "ui/DXScintilla.h"
 
@@ -133,6 +132,6 @@ int main(int argc, char **argv)
     watch(application, start,
           connects ? std::function<bool()>([&window] { return hasTree(window); }) : nullptr);
     window.show();
-    DXDispatch::main([&window, arguments] { window.openArguments(arguments.mid(3)); });
+    window.openArguments(arguments.mid(3));
     return QApplication::exec();
 }

@@ -2,13 +2,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "desktop/Appearance.h"
 
+#include "desktop/ActionSet.h"
 #include "ui/DXTheme.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QSettings>
 #include <QStyle>
+
+#include <algorithm>
+#include <iterator>
 
 namespace
 {
+
+const QLatin1String key("window/appearance");
 
 const DXTheme &themeOf(Appearance::Mode mode)
 {
@@ -56,4 +64,20 @@ void Appearance::apply(Mode mode)
     qApp->setStyleSheet(sheet.arg(theme.border.name(), theme.secondaryText.name(),
                                   theme.text.name(), theme.accent.name(), theme.window.name(),
                                   theme.sidebar.name(), theme.surface.name()));
+}
+
+void Appearance::restore(const ActionSet &actions)
+{
+    // In the order of Mode.
+    constexpr ActionSet::Id ids[] = {ActionSet::Id::AppearanceSystem,
+                                     ActionSet::Id::AppearanceLight, ActionSet::Id::AppearanceDark};
+    constexpr int count = static_cast<int>(std::size(ids));
+    for (int mode = 0; mode < count; ++mode)
+        actions.connect(ids[mode], [mode] {
+            QSettings().setValue(key, mode);
+            apply(static_cast<Mode>(mode));
+        });
+    const int mode = std::clamp(QSettings().value(key).toInt(), 0, count - 1);
+    actions[ids[mode]]->setChecked(true);
+    apply(static_cast<Mode>(mode));
 }

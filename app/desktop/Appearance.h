@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+class ActionSet;
+
 /// Light or dark. [main]
 namespace Appearance
 {
@@ -15,5 +17,7 @@ enum class Mode {
 
 /// Puts the colours of mode on all windows of the program, those to come included.
 void apply(Mode mode);
+/// Applies the mode that was chosen last, and from now on each one that the actions choose.
+void restore(const ActionSet &actions);
 
 } // namespace Appearance

@@ -4,6 +4,7 @@
 
 #include "client/DabroDBC.h"
 #include "client/SQLRecentConnection.h"
+#include "desktop/Appearance.h"
 #include "desktop/ConnectionDialogs.h"
 #include "desktop/Connections.h"
 #include "desktop/DocumentJournal.h"
@@ -35,10 +36,10 @@
 #include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <utility>
 
 namespace
@@ -48,7 +49,6 @@ using Id = ActionSet::Id;
 
 const QLatin1String geometryKey("window/geometry");
 const QLatin1String splitterKey("window/sidebar");
-const QLatin1String appearanceKey("window/appearance");
 constexpr int sidebarWidth = 260;
 constexpr int colorLineHeight = 3;
 
@@ -90,6 +90,8 @@ MainWindow::MainWindow()
     connectView();
     restore();
     updateCentre();
+    // A window that opens minimised is not painted.
+    QTimer::singleShot(std::chrono::seconds(1), this, &MainWindow::start);
 }
 
 MainWindow::~MainWindow()
@@ -244,9 +246,6 @@ void MainWindow::connectView()
     });
     m_actions.connect(Id::CommandPalette, [this] { showCommands(); });
     m_actions.connect(Id::GoToObject, [this] { showObjects(); });
-    m_actions.connect(Id::AppearanceSystem, [this] { setAppearance(Appearance::Mode::System); });
-    m_actions.connect(Id::AppearanceLight, [this] { setAppearance(Appearance::Mode::Light); });
-    m_actions.connect(Id::AppearanceDark, [this] { setAppearance(Appearance::Mode::Dark); });
     m_actions.connect(Id::About, [this] {
         QMessageBox *const about = new QMessageBox(
             QMessageBox::NoIcon, QApplication::applicationDisplayName(),
@@ -271,9 +270,8 @@ void MainWindow::updateCentre()
     colors.setColor(QPalette::Window, color.isNull() ? DXTheme::of(colors).window : QColor(color));
     m_colorLine->setPalette(colors);
     const QString title = tab ? m_documents->tabText(m_documents->currentIndex()) : QString();
-    setWindowTitle(title.isEmpty()
-                       ? QApplication::applicationDisplayName()
-                       : title + QStringLiteral(" – ") + QApplication::applicationDisplayName());
+    const QString dash = tab ? QStringLiteral(" – ") : QString();
+    setWindowTitle(title + dash + QApplication::applicationDisplayName());
 }
 
 void MainWindow::openConnection(const std::shared_ptr<DabroDBC> &details)
@@ -284,6 +282,10 @@ void MainWindow::openConnection(const std::shared_ptr<DabroDBC> &details)
 
 void MainWindow::openArguments(const QStringList &arguments)
 {
+    if (!m_hasStarted) {
+        m_argumentsToOpen += arguments;
+        return;
+    }
     for (const QString &argument : arguments) {
         if (QFileInfo::exists(argument)) {
             const DXQueryTab *const tab = m_documents->current();
@@ -322,34 +324,32 @@ void MainWindow::showObjects()
                   ObjectFinder::source(m_tree->roots(), palette()));
 }
 
-void MainWindow::setAppearance(Appearance::Mode mode)
-{
-    QSettings().setValue(appearanceKey, static_cast<int>(mode));
-    Appearance::apply(mode);
-}
-
 void MainWindow::restore()
 {
     const QSettings settings;
     resize(1280, 800);
     restoreGeometry(settings.value(geometryKey).toByteArray());
     m_splitter->restoreState(settings.value(splitterKey).toByteArray());
-    const auto mode =
-        static_cast<Appearance::Mode>(std::clamp(settings.value(appearanceKey).toInt(), 0, 2));
-    const Id ids[] = {Id::AppearanceSystem, Id::AppearanceLight, Id::AppearanceDark};
-    m_actions[ids[static_cast<int>(mode)]]->setChecked(true);
-    Appearance::apply(mode);
+    Appearance::restore(m_actions);
 }
 
-// Drivers are loaded and connections opened once there is a window to look at.
-void MainWindow::showEvent(QShowEvent *event)
+// Drivers are loaded and connections opened once there is a window to look at: what is posted while
+// it paints comes after the flush.
+bool MainWindow::event(QEvent *event)
 {
-    QMainWindow::showEvent(event);
-    if (!std::exchange(m_hasStarted, true))
-        DXDispatch::main([window = QPointer(this)] {
-            if (window)
-                window->started();
-        });
+    if (event->type() == QEvent::Paint)
+        start();
+    return QMainWindow::event(event);
+}
+
+void MainWindow::start()
+{
+    if (std::exchange(m_isStarting, true))
+        return;
+    DXDispatch::main([window = QPointer(this)] {
+        if (window)
+            window->started();
+    });
 }
 
 void MainWindow::started()
@@ -370,6 +370,8 @@ void MainWindow::started()
         connect(m_welcome, &WelcomePage::demoRequested, this,
                 [this, demo] { openArguments({demo}); });
     }
+    m_hasStarted = true;
+    openArguments(std::exchange(m_argumentsToOpen, {}));
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

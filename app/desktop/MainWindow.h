@@ -3,7 +3,6 @@
 #pragma once
 
 #include "desktop/ActionSet.h"
-#include "desktop/Appearance.h"
 
 #include <QMainWindow>
 #include <QStringList>
@@ -39,7 +38,8 @@ public:
     MainWindow();
     ~MainWindow() override;
 
-    /// Opens what the command line names: connections as URIs or key/value strings, and files.
+    /// Opens what the command line names, connections as URIs or key/value strings, and files: now,
+    /// or else once the window has been painted.
     void openArguments(const QStringList &arguments);
     /// Shows the tree of details and a query tab for it.
     void openConnection(const std::shared_ptr<DabroDBC> &details);
@@ -52,7 +52,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
-    void showEvent(QShowEvent *event) override;
+    bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
@@ -63,12 +63,12 @@ private:
     void connectActions();
     void connectDocuments();
     void connectView();
+    void start();
     void started();
     void updateCentre();
     void newTab();
     void showCommands();
     void showObjects();
-    void setAppearance(Appearance::Mode mode);
     void restore();
 
     ActionSet m_actions;
@@ -89,6 +89,8 @@ private:
     QSplitter *m_splitter = nullptr;
     QStackedWidget *m_centre = nullptr;
     QFrame *m_colorLine = nullptr;
+    bool m_isStarting = false;
     bool m_hasStarted = false;
     bool m_isQuitting = false;
+    QStringList m_argumentsToOpen;
 };

@@ -345,9 +345,12 @@ TEST_F(CatalogueTreeLoads, AsksOldServersInTheirWords)
     details->setUsername(u"elder"_qs);
     CatalogueTree old(details);
     EXPECT_EQ(f(old), u"integer"_qs);
-    old.awaitSearch();
-    const auto hits = old.root()->copyWithSearchResults(u"f"_qs);
-    ASSERT_TRUE(hits);
+    // Unfolding has loaded the root, which begins to make its search.
+    std::shared_ptr<DXDatabaseTreeEntry> hits;
+    ASSERT_TRUE(DXWait::until([&] {
+        hits = old.root()->copyWithSearchResults(u"f"_qs);
+        return hits != nullptr;
+    }));
     EXPECT_EQ(CatalogueTree::text(hits).section(u'\n', 1),
               u"  old  [Database]\n    public.f  integer  [StoredProcedure]\n"_qs);
 }

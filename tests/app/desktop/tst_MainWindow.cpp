@@ -39,11 +39,8 @@ protected:
     {
         PostgresCluster::shared().psql(
             u"DROP TABLE IF EXISTS browsed; CREATE TABLE browsed (x int)"_qs);
-        open();
-        EXPECT_TRUE(DXWait::until([this] {
-            window().openArguments({uri(PostgresCluster::shared())});
-            return window().documents().current() != nullptr;
-        }));
+        open().openArguments({uri(PostgresCluster::shared())});
+        EXPECT_TRUE(DXWait::until([this] { return window().documents().current() != nullptr; }));
     }
     // Follows names from the top, unfolding each.
     QModelIndex find(const QStringList &names) const
