@@ -137,6 +137,9 @@ Chooser::Chooser(QWidget &window, const QString &prompt, const Source &source)
         m_field->sizeHint().height() + 24 + shownRows * (m_list->fontMetrics().height() + 8);
     const int wide = std::min(panelWidth, window.width() - 32);
     setGeometry((window.width() - wide) / 2, 48, wide, std::min(height, window.height() - 64));
+    m_again.setSingleShot(true);
+    m_again.setInterval(std::chrono::milliseconds(500));
+    connect(&m_again, &QTimer::timeout, this, [this] { search(m_field->text()); });
     connect(m_field, &QLineEdit::textChanged, this, &Chooser::search);
     connect(m_list, &QListWidget::itemClicked, this, &Chooser::choose);
     search(QString());
@@ -154,6 +157,9 @@ void Chooser::search(const QString &text)
 void Chooser::show(const QList<Choice> &choices)
 {
     m_choices = choices;
+    // What is looked for may still be on its way.
+    if (choices.isEmpty() && !m_field->text().isEmpty())
+        m_again.start();
     m_list->clear();
     for (const Choice &choice : choices) {
         auto *const item = new QListWidgetItem(choice.icon, choice.title, m_list);

@@ -6,6 +6,7 @@
 #include <QIcon>
 #include <QList>
 #include <QString>
+#include <QTimer>
 
 #include <functional>
 
@@ -57,4 +58,5 @@ private:
     QListWidget *const m_list;
     QList<Choice> m_choices;
     quint64 m_number = 0;
+    QTimer m_again;
 };

@@ -43,9 +43,6 @@ class UserNotificationTest : public testing::Test
 protected:
     void SetUp() override
     {
-        // With a modifier Qt forks; without one it shares our memory with the child until that has
-        // become the other program, and ThreadSanitizer takes the child's last calls for ours.
-        daemon.setChildProcessModifier([] {});
         daemon.start(u"dbus-daemon"_qs, {u"--session"_qs, u"--nofork"_qs, u"--print-address"_qs});
         ASSERT_TRUE(daemon.waitForReadyRead()) << qPrintable(daemon.errorString());
         const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
