@@ -22,6 +22,9 @@
 #include <QSignalSpy>
 #include <QStatusBar>
 
+#include <csignal>
+#include <sys/types.h>
+
 namespace
 {
 
@@ -170,6 +173,28 @@ protected:
 
     PostgresCluster cluster;
 };
+
+TEST_F(QueryTabOnServer, leavesAServerThatAnswersNothing)
+{
+    ASSERT_TRUE(run(u"SELECT pg_backend_pid()"_qs));
+    const pid_t backend = cells(0).toInt();
+    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+    ASSERT_EQ(::kill(backend, SIGSTOP), 0);
+    press(Qt::Key_Period, Qt::ControlModifier);
+    EXPECT_TRUE(becomesIdle());
+    EXPECT_THAT(messages().toStdString(), HasSubstr("did not stop when it was asked to"));
+    ASSERT_TRUE(run(u"SELECT 'elsewhere', pg_backend_pid()"_qs));
+    EXPECT_TRUE(cells(0).startsWith(u"elsewhere|")) << qPrintable(messages());
+
+    // A tab is closed at once whatever its server does.
+    const pid_t other = cells(0).section(u'|', 1).toInt();
+    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+    ASSERT_EQ(::kill(other, SIGSTOP), 0);
+    press(Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(window().documents().current());
+    for (const pid_t stopped : {backend, other})
+        ::kill(stopped, SIGCONT);
+}
 
 TEST_F(QueryTabOnServer, outlivesItsServer)
 {
