@@ -41,13 +41,14 @@ bool CliArguments::isUri(const QString &argument)
     return expression.match(argument).hasMatch();
 }
 
-QStringList CliArguments::take(int argc, char **argv)
+QStringList CliArguments::take(int argc, char **argv, Connections connections)
 {
     QStringList arguments;
     for (int index = 1; index < argc; ++index) {
         const QByteArray argument(argv[index]);
         arguments.append(QString::fromLocal8Bit(argument));
-        const bool isConnection = isUri(arguments.constLast()) || argument.startsWith("--url=")
+        const bool isConnection = connections == Connections::Any || isUri(arguments.constLast())
+                                  || argument.startsWith("--url=")
                                   || (index > 1 && std::strcmp(argv[index - 1], "--url") == 0);
         if (!isConnection)
             continue;
