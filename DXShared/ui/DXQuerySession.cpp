@@ -288,7 +288,7 @@ void DXQuerySession::requestCancel()
 void DXQuerySession::abandon()
 {
     const bool wasConnecting = m_state == State::Connecting;
-    m_client->abandonConnection();
+    const std::shared_ptr<DabroDatabaseClient> abandoned = std::move(m_client);
     m_tunnelling->giveUp();
     createClient();
     ++m_number;
@@ -298,6 +298,8 @@ void DXQuerySession::abandon()
                                        : tr("The server did not stop when it was asked to, so "
                                             "the connection was closed."))};
     finish();
+    // Last, so that what the break makes the client say is not taken for what the server said.
+    abandoned->abandonConnection();
 }
 
 void DXQuerySession::setState(State state)

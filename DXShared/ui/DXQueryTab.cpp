@@ -180,6 +180,7 @@ void DXQueryTab::clearResults()
     m_result.reset();
     m_pagedStatements = 0;
     m_reportedStatements = 0;
+    m_lastFailure.clear();
 }
 
 QList<DXResultPage *> DXQueryTab::resultPages() const
@@ -220,6 +221,8 @@ void DXQueryTab::takeResults()
 void DXQueryTab::report(const DXQueryResultDetails &details)
 {
     for (const DXQueryMessage &message : details.messages()) {
+        if (message.color == DXMessageColor::Red)
+            m_lastFailure = message.text;
         const QString text = withoutQuotedLine(message.text);
         const QString line = QLocale().toString(details.calculatedLineNumber() + 1);
         m_messages->append(message.color == DXMessageColor::Red ? DXMessageView::Kind::Error
@@ -265,9 +268,10 @@ void DXQueryTab::showEnd(const DXError &error)
     m_tick.stop();
     m_editor->markRunning(std::nullopt);
     m_editor->markErrors(error.queryErrorRanges());
-    // A failed statement has told its error itself; what failed before any began has not.
-    if (error && m_reportedStatements == 0)
-        m_messages->append(DXMessageView::Kind::Error, error.description().trimmed());
+    // A failed statement has told its error itself; what failed besides has not.
+    const QString failure = error.description().trimmed();
+    if (error && !m_lastFailure.startsWith(failure.section(u'\n', 0, 0)))
+        m_messages->append(DXMessageView::Kind::Error, failure);
     if (error || resultPages().isEmpty())
         m_results->setCurrentWidget(m_messages);
     updateTitles();

@@ -103,6 +103,7 @@ private:
     // How many of the run's statements have their page, if they need one, and their messages.
     qsizetype m_pagedStatements = 0;
     qsizetype m_reportedStatements = 0;
+    QString m_lastFailure;
     bool m_runsSeveral = false;
     bool m_hasConnection;
     QTimer m_tick;
