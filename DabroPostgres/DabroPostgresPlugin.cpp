@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DabroPostgresPlugin.h"
 
-#include "driver/PostgresConnectionStringReader.h"
 #include "driver/PostgresDatabaseConnectionDetails.h"
+#include "driver/connecting/PostgresConnectionStringReader.h"
 
 #include <exception>
 

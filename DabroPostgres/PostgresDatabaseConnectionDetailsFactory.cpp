@@ -10,7 +10,7 @@
 #include "scripts/PostgresScriptCatalogue.h"
 #include "tree/PostgresAutocompleteHelper.h"
 #include "tree/PostgresDatabaseTreeEntryServer.h"
-#include "ui/DXQueryPreviewViewController.h"
+#include "ui/query/DXQueryPreviewViewController.h"
 
 // The operations of the record that hand out objects of every room, so that the record itself stays
 // below them.

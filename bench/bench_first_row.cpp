@@ -9,11 +9,11 @@
 #include "driver/PostgresDatabaseConnectionDetails.h"
 #include "support/DXWait.h"
 #include "support/PostgresCluster.h"
-#include "ui/DXQuerySession.h"
-#include "ui/DXQueryTab.h"
-#include "ui/DXResultGrid.h"
-#include "ui/DXResultPage.h"
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXQuerySession.h"
+#include "ui/query/DXQueryTab.h"
+#include "ui/results/DXResultGrid.h"
+#include "ui/results/DXResultPage.h"
 
 #include <QLoggingCategory>
 #include <QTimer>

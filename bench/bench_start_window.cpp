@@ -7,8 +7,8 @@
 
 #include "PaintedApplication.h"
 #include "desktop/MainWindow.h"
-#include "ui/DXDatabaseTreeView.h"
-#include "ui/DXScintilla.h"
+#include "ui/editor/DXScintilla.h"
+#include "ui/tree/DXDatabaseTreeView.h"
 
 #include <QFile>
 #include <QHeaderView>

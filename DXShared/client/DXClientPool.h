@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "client/DXSSHTunnel.h"
 #include "client/DabroDatabaseConnectionPool.h"
+#include "client/ssh/DXSSHTunnel.h"
 #include "core/DXGlobal.h"
 
 #include <QByteArray>

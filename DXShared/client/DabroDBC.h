@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "client/DXSSHTunnelModel.h"
+#include "client/ssh/DXSSHTunnelModel.h"
 #include "core/DXGlobal.h"
 
 #include <QCborMap>
@@ -129,7 +129,7 @@ public:
     /// "editing/DXAutocompleteHelper.h".
     virtual std::shared_ptr<DXAutocompleteHelper> sharedAutocompleteHelper() const { return {}; }
     /// The sheet that shows a script and runs it on this connection once the user accepts, for the
-    /// caller to set up, who needs "ui/DXQueryPreviewViewController.h". [main]
+    /// caller to set up, who needs "ui/query/DXQueryPreviewViewController.h". [main]
     virtual std::shared_ptr<DXQueryPreviewViewController> createQueryPreviewViewContoller() const
     {
         return {};

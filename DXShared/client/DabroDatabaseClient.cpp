@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "client/DabroDatabaseClient.h"
 
-#include "client/DXSSHTunnel.h"
 #include "client/DabroDBC.h"
+#include "client/ssh/DXSSHTunnel.h"
 
 using namespace Qt::StringLiterals;
 

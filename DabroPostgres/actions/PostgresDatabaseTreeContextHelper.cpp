@@ -23,7 +23,7 @@
 #include "tree/objects/PostgresDatabaseTreeEntryType.h"
 #include "tree/objects/PostgresTreeEntryTableIndex.h"
 #include "ui/DXAlwaysVisibleUserNotification.h"
-#include "ui/DXQueryPreviewViewController.h"
+#include "ui/query/DXQueryPreviewViewController.h"
 
 #include <algorithm>
 

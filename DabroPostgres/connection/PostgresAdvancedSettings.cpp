@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "connection/PostgresAdvancedSettings.h"
 
-#include "driver/PostgresSessionSettings.h"
+#include "driver/connecting/PostgresSessionSettings.h"
 
 namespace
 {

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "client/DXSSHTunnelModel.h"
+#include "client/ssh/DXSSHTunnelModel.h"
 #include "driver/PostgresSSLDetails.h"
 
 #include <QMap>

@@ -7,8 +7,8 @@
 #include "dispatch/DXDispatch.h"
 #include "driver/PostgresRecentConnection.h"
 #include "ui/DXFormField.h"
-#include "ui/DXSSHTunnelFields.h"
-#include "ui/DXTabColorBox.h"
+#include "ui/connection/DXSSHTunnelFields.h"
+#include "ui/connection/DXTabColorBox.h"
 
 #include <QCheckBox>
 #include <QKeyEvent>

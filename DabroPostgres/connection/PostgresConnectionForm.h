@@ -3,7 +3,7 @@
 #pragma once
 
 #include "connection/PostgresConnectionFormController.h"
-#include "ui/DXConnectionForm.h"
+#include "ui/connection/DXConnectionForm.h"
 
 #include <memory>
 

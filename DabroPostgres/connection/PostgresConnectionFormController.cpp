@@ -4,9 +4,9 @@
 
 #include "dispatch/DXDispatch.h"
 #include "driver/PostgresConnectionHelper.h"
-#include "driver/PostgresConnectionStringReader.h"
 #include "driver/PostgresDatabaseConnectionDetails.h"
 #include "driver/PostgresRecentConnection.h"
+#include "driver/connecting/PostgresConnectionStringReader.h"
 
 #include <QRegularExpression>
 

@@ -4,8 +4,8 @@
 
 #include "driver/PostgresDatabaseConnectionDetails.h"
 #include "ui/DXFormField.h"
-#include "ui/DXSSHTunnelFields.h"
-#include "ui/DXTabColorBox.h"
+#include "ui/connection/DXSSHTunnelFields.h"
+#include "ui/connection/DXTabColorBox.h"
 
 #include <QCheckBox>
 #include <QFormLayout>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/DXConnectionWindowController.h"
+#include "ui/connection/DXConnectionWindowController.h"
 
 #include <memory>
 

@@ -5,7 +5,7 @@
 #include "core/DXLogHelper.h"
 #include "dispatch/DXDispatch.h"
 #include "driver/PostgresBulkInsertBuilder.h"
-#include "driver/PostgresConnectionHandle.h"
+#include "driver/connecting/PostgresConnectionHandle.h"
 
 namespace
 {

@@ -3,11 +3,11 @@
 #include "driver/PostgresDatabaseClient.h"
 
 #include "client/DXHostCache.h"
-#include "client/DXSSHTunnel.h"
+#include "client/ssh/DXSSHTunnel.h"
 #include "core/DXLogHelper.h"
 #include "dispatch/DXDispatch.h"
-#include "driver/PostgresConnectionHandle.h"
 #include "driver/PostgresDatabaseResultSet.h"
+#include "driver/connecting/PostgresConnectionHandle.h"
 
 #include <QRegularExpression>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "client/DatabaseResultSet.h"
-#include "driver/PostgresConnectionHandle.h"
+#include "driver/connecting/PostgresConnectionHandle.h"
 
 #include <memory>
 #include <string>

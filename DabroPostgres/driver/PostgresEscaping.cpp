@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "driver/PostgresDatabaseClient.h"
 
-#include "driver/PostgresConnectionHandle.h"
+#include "driver/connecting/PostgresConnectionHandle.h"
 
 #include <QSet>
 

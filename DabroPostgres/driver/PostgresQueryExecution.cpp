@@ -4,8 +4,8 @@
 
 #include "core/DXLogHelper.h"
 #include "dispatch/DXDispatch.h"
-#include "driver/PostgresConnectionHandle.h"
 #include "driver/PostgresDatabaseResultSet.h"
+#include "driver/connecting/PostgresConnectionHandle.h"
 
 #include <array>
 #include <cstdio>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dispatch/DXDispatch.h"
-#include "driver/PostgresConnectionHandle.h"
 #include "driver/PostgresDatabaseClient.h"
 #include "driver/PostgresDatabaseResultSet.h"
+#include "driver/connecting/PostgresConnectionHandle.h"
 
 #include <QScopeGuard>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "cli/CliOutput.h"
+#include "cli/output/CliOutput.h"
 
 #include <QString>
 #include <QStringView>

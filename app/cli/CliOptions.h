@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "cli/CliGridWriter.h"
+#include "cli/output/CliGridWriter.h"
 
 #include <QString>
 #include <QStringList>

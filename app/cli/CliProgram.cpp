@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliProgram.h"
 
-#include "cli/CliBatchPrinter.h"
 #include "cli/CliCompletion.h"
 #include "cli/CliDrivers.h"
 #include "cli/CliExitStatus.h"
@@ -13,10 +12,11 @@
 #include "cli/CliSession.h"
 #include "cli/CliStatementInput.h"
 #include "cli/CliTerminal.h"
-#include "cli/CliTree.h"
-#include "client/DXSSHTunnel.h"
+#include "cli/output/CliBatchPrinter.h"
+#include "cli/tree/CliTree.h"
 #include "client/DabroDBC.h"
 #include "client/DabroDatabaseClient.h"
+#include "client/ssh/DXSSHTunnel.h"
 #include "plugin/DXDriverPlugin.h"
 #include "query/DXQuerySplitter.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "client/DXSSHTunnel.h"
+#include "client/ssh/DXSSHTunnel.h"
 
 #include <functional>
 

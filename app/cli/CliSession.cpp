@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliSession.h"
 
-#include "cli/CliBatchPrinter.h"
 #include "cli/CliConsole.h"
+#include "cli/output/CliBatchPrinter.h"
 #include "client/DabroDBC.h"
 #include "client/DabroDatabaseClient.h"
 #include "dispatch/DXDispatch.h"

@@ -6,9 +6,9 @@
 #include "client/SQLRecentConnection.h"
 #include "client/SQLRecentConnectionList.h"
 #include "desktop/Connections.h"
-#include "ui/DXConnectionAttempt.h"
-#include "ui/DXConnectionDialog.h"
-#include "ui/DXConnectionWindowController.h"
+#include "ui/connection/DXConnectionAttempt.h"
+#include "ui/connection/DXConnectionDialog.h"
+#include "ui/connection/DXConnectionWindowController.h"
 
 ConnectionDialogs::ConnectionDialogs(const Connections &connections, QWidget &window)
     : QObject(&window)

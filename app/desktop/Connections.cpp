@@ -11,7 +11,7 @@
 #include "plugin/DXDriverPlugin.h"
 #include "tree/DXDatabaseTreeContextHelper.h"
 #include "tree/DatabaseTreeEntryServerRoot.h"
-#include "ui/DXDatabaseTreeView.h"
+#include "ui/tree/DXDatabaseTreeView.h"
 
 #include <algorithm>
 #include <typeinfo>

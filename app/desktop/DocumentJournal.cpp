@@ -6,7 +6,7 @@
 #include "core/DXError.h"
 #include "desktop/Documents.h"
 #include "dispatch/DXDispatch.h"
-#include "ui/DXQueryTab.h"
+#include "ui/query/DXQueryTab.h"
 
 #include <QDir>
 #include <QPointer>

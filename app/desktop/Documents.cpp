@@ -5,9 +5,9 @@
 #include "client/DabroDBC.h"
 #include "dispatch/DXDispatch.h"
 #include "ui/DXIcon.h"
-#include "ui/DXQuerySession.h"
-#include "ui/DXQueryTab.h"
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXQuerySession.h"
+#include "ui/query/DXQueryTab.h"
 
 #include <QEvent>
 #include <QFile>

@@ -4,7 +4,7 @@
 
 #include "desktop/ActionSet.h"
 #include "desktop/Documents.h"
-#include "ui/DXQueryTab.h"
+#include "ui/query/DXQueryTab.h"
 
 #include <QFileDialog>
 #include <QMenu>

@@ -18,12 +18,12 @@
 #include "desktop/TreeCommands.h"
 #include "desktop/WelcomePage.h"
 #include "dispatch/DXDispatch.h"
-#include "ui/DXDatabaseTreeView.h"
-#include "ui/DXQueryTab.h"
-#include "ui/DXSQLEditor.h"
-#include "ui/DXSSHPrompter.h"
-#include "ui/DXSavedConnectionsView.h"
 #include "ui/DXTheme.h"
+#include "ui/connection/DXSSHPrompter.h"
+#include "ui/connection/DXSavedConnectionsView.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXQueryTab.h"
+#include "ui/tree/DXDatabaseTreeView.h"
 
 #include <QAction>
 #include <QApplication>

@@ -3,11 +3,11 @@
 #include "desktop/QueryCommands.h"
 
 #include "desktop/ActionSet.h"
-#include "ui/DXQuerySession.h"
-#include "ui/DXQueryTab.h"
-#include "ui/DXResultGrid.h"
-#include "ui/DXResultPage.h"
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXQuerySession.h"
+#include "ui/query/DXQueryTab.h"
+#include "ui/results/DXResultGrid.h"
+#include "ui/results/DXResultPage.h"
 
 #include <QAction>
 #include <QApplication>

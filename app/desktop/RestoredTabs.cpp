@@ -5,7 +5,7 @@
 #include "client/SQLRecentConnectionList.h"
 #include "core/DXNotificationCenter.h"
 #include "desktop/Connections.h"
-#include "ui/DXQueryTab.h"
+#include "ui/query/DXQueryTab.h"
 
 RestoredTabs::RestoredTabs(const Connections &connections, QObject *parent)
     : QObject(parent)

@@ -5,9 +5,9 @@
 #include "client/DabroDBC.h"
 #include "core/DXNotificationCenter.h"
 #include "ui/DXAlwaysVisibleUserNotification.h"
-#include "ui/DXQuerySession.h"
-#include "ui/DXQueryTab.h"
 #include "ui/DXTheme.h"
+#include "ui/query/DXQuerySession.h"
+#include "ui/query/DXQueryTab.h"
 
 #include <QLabel>
 

@@ -8,7 +8,7 @@
 #include "client/DatabaseResultSet.h"
 #include "core/DXFieldText.h"
 #include "dispatch/DXDispatch.h"
-#include "ui/DXResultText.h"
+#include "ui/results/DXResultText.h"
 
 #include <QCoreApplication>
 #include <QLocale>

@@ -5,8 +5,8 @@
 #include "client/DabroDBC.h"
 #include "desktop/Connections.h"
 #include "tree/DatabaseTreeEntryServerRoot.h"
-#include "ui/DXQuerySession.h"
-#include "ui/DXQueryTab.h"
+#include "ui/query/DXQuerySession.h"
+#include "ui/query/DXQueryTab.h"
 
 #include <QHBoxLayout>
 #include <QMenu>

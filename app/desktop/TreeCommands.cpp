@@ -7,8 +7,8 @@
 #include "desktop/ScriptReceiver.h"
 #include "desktop/StatusLine.h"
 #include "desktop/TableExport.h"
-#include "ui/DXQueryTab.h"
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXQueryTab.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "client/DXSSHTunnel.h"
+#include "client/ssh/DXSSHTunnel.h"
 
 #include "DXShared/client/ScriptedClient.h"
 #include "support/DXWait.h"

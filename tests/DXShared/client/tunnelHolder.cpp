@@ -4,7 +4,7 @@
 // Opens a tunnel, prints its own number and the local port, and waits to be killed. Arguments: the
 // port and the user of the SSH server, the private key, the ssh_config, the port of the target.
 
-#include "client/DXSSHTunnel.h"
+#include "client/ssh/DXSSHTunnel.h"
 
 #include <QCoreApplication>
 #include <QStringList>

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/DXCompletionPopup.h"
+#include "ui/editor/DXCompletionPopup.h"
 
 #include "editing/DXCompletionCache.h"
 #include "support/DXWait.h"
 #include "support/FakeCompletion.h"
 #include "support/PrintQt.h"
-#include "ui/DXCompletionModel.h"
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXCompletionModel.h"
+#include "ui/editor/DXSQLEditor.h"
 
 #include <QAbstractItemModelTester>
 #include <QListView>

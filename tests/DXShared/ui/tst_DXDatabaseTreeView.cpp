@@ -3,8 +3,8 @@
 #include "support/DXWait.h"
 #include "tree/ColumnDetailsTableCellView.h"
 #include "tree/DXMenu.h"
-#include "ui/DXDatabaseTreeModel.h"
-#include "ui/DXDatabaseTreeView.h"
+#include "ui/tree/DXDatabaseTreeModel.h"
+#include "ui/tree/DXDatabaseTreeView.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/DXFindBar.h"
+#include "ui/editor/DXFindBar.h"
 
 #include "support/DXWait.h"
 #include "support/PrintQt.h"
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXSQLEditor.h"
 
 #include <QLabel>
 #include <QLineEdit>

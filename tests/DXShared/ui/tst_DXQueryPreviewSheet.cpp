@@ -7,8 +7,8 @@
 #include "support/PrintQt.h"
 #include "ui/DXDangerButton.h"
 #include "ui/DXFailureView.h"
-#include "ui/DXQueryPreviewSheet.h"
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXQueryPreviewSheet.h"
 
 #include <QLabel>
 #include <QPointer>

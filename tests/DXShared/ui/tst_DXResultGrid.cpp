@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/DXWait.h"
-#include "ui/DXResultGrid.h"
-#include "ui/DXResultModel.h"
+#include "ui/results/DXResultGrid.h"
+#include "ui/results/DXResultModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/DXSQLEditor.h"
 #include "ui/DXTheme.h"
+#include "ui/editor/DXSQLEditor.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXSQLEditor.h"
 
 #include "support/DXWait.h"
 #include "support/PrintQt.h"

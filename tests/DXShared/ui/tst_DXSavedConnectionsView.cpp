@@ -7,8 +7,8 @@
 #include "support/PrintQt.h"
 #include "support/SavedConnections.h"
 #include "support/Widgets.h"
-#include "ui/DXSavedConnectionsModel.h"
-#include "ui/DXSavedConnectionsView.h"
+#include "ui/connection/DXSavedConnectionsModel.h"
+#include "ui/connection/DXSavedConnectionsView.h"
 
 #include <QAbstractItemModelTester>
 #include <QAction>

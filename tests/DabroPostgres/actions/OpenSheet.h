@@ -4,8 +4,8 @@
 
 #include "support/DXWait.h"
 #include "ui/DXFailureView.h"
-#include "ui/DXQueryPreviewSheet.h"
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXQueryPreviewSheet.h"
 
 #include <QLabel>
 #include <QPointer>

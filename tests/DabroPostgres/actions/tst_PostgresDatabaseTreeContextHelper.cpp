@@ -11,8 +11,8 @@
 #include "support/TreeWindow.h"
 #include "tree/DatabaseTreeEntryServerRoot.h"
 #include "ui/DXAlwaysVisibleUserNotification.h"
-#include "ui/DXDatabaseTreeModel.h"
-#include "ui/DXDatabaseTreeView.h"
+#include "ui/tree/DXDatabaseTreeModel.h"
+#include "ui/tree/DXDatabaseTreeView.h"
 
 #include <QLineEdit>
 #include <QMenu>

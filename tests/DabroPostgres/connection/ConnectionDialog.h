@@ -8,7 +8,7 @@
 #include "support/PostgresCluster.h"
 #include "support/SavedConnections.h"
 #include "support/Widgets.h"
-#include "ui/DXConnectionDialog.h"
+#include "ui/connection/DXConnectionDialog.h"
 
 #include <QTemporaryDir>
 

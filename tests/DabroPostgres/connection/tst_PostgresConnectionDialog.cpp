@@ -7,7 +7,7 @@
 #include "connection/PostgresSSLSheet.h"
 #include "support/PrintQt.h"
 #include "support/TestSshServer.h"
-#include "ui/DXSSHPromptDialog.h"
+#include "ui/connection/DXSSHPromptDialog.h"
 
 #include <QCheckBox>
 #include <QComboBox>

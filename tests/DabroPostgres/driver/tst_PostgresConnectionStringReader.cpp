@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "driver/PostgresConnectionStringReader.h"
+#include "driver/connecting/PostgresConnectionStringReader.h"
 
 #include "client/DXSecurityBookmarkHelper.h"
 #include "driver/PostgresDatabaseConnectionDetails.h"

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "driver/PostgresSessionSettings.h"
+#include "driver/connecting/PostgresSessionSettings.h"
 
 #include "support/PostgresCluster.h"
 #include "support/PrintQt.h"

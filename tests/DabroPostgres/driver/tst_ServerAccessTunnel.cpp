@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DabroPostgres/driver/ServerAccess.h"
-#include "client/DXSSHTunnel.h"
+#include "client/ssh/DXSSHTunnel.h"
 #include "support/DXWait.h"
 #include "support/PrintQt.h"
 #include "support/TestSshServer.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DabroPostgres/tree/CatalogueTree.h"
 
-#include "cli/CliTreeText.h"
+#include "cli/tree/CliTreeText.h"
 #include "support/DXWait.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "DabroPostgres/driver/ServerAccess.h"
-#include "cli/CliTreeLoader.h"
+#include "cli/tree/CliTreeLoader.h"
 #include "tree/PostgresDatabaseTreeActions.h"
 #include "tree/PostgresDatabaseTreeEntryServer.h"
 

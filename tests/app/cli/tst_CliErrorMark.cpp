@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/CliErrorMark.h"
+#include "cli/output/CliErrorMark.h"
 
 #include "support/PrintQt.h"
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/CliGridWriter.h"
+#include "cli/output/CliGridWriter.h"
 
-#include "cli/CliGrid.h"
-#include "cli/CliOutput.h"
-#include "cli/CliTableWriter.h"
+#include "cli/output/CliGrid.h"
+#include "cli/output/CliOutput.h"
+#include "cli/output/CliTableWriter.h"
 
 #include <QTemporaryFile>
 

@@ -5,13 +5,13 @@
 #include "desktop/Documents.h"
 #include "desktop/MainWindow.h"
 #include "support/DXWait.h"
-#include "ui/DXDatabaseTreeView.h"
-#include "ui/DXMessageView.h"
-#include "ui/DXQuerySession.h"
-#include "ui/DXQueryTab.h"
-#include "ui/DXResultPage.h"
-#include "ui/DXResultText.h"
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXMessageView.h"
+#include "ui/query/DXQuerySession.h"
+#include "ui/query/DXQueryTab.h"
+#include "ui/results/DXResultPage.h"
+#include "ui/results/DXResultText.h"
+#include "ui/tree/DXDatabaseTreeView.h"
 
 #include <QApplication>
 #include <QStatusBar>

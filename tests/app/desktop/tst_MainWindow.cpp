@@ -9,12 +9,12 @@
 #include "desktop/MainWindow.h"
 #include "support/DXWait.h"
 #include "support/Widgets.h"
-#include "ui/DXConnectionDialog.h"
-#include "ui/DXQueryPreviewSheet.h"
-#include "ui/DXQuerySession.h"
-#include "ui/DXQueryTab.h"
-#include "ui/DXSQLEditor.h"
-#include "ui/DXSavedConnectionsView.h"
+#include "ui/connection/DXConnectionDialog.h"
+#include "ui/connection/DXSavedConnectionsView.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXQueryPreviewSheet.h"
+#include "ui/query/DXQuerySession.h"
+#include "ui/query/DXQueryTab.h"
 
 #include <QAction>
 #include <QClipboard>

@@ -6,13 +6,13 @@
 #include "desktop/MainWindow.h"
 #include "support/DXWait.h"
 #include "support/Widgets.h"
-#include "ui/DXMessageView.h"
-#include "ui/DXQuerySession.h"
-#include "ui/DXQueryTab.h"
-#include "ui/DXResultGrid.h"
-#include "ui/DXResultModel.h"
-#include "ui/DXResultPage.h"
-#include "ui/DXSQLEditor.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXMessageView.h"
+#include "ui/query/DXQuerySession.h"
+#include "ui/query/DXQueryTab.h"
+#include "ui/results/DXResultGrid.h"
+#include "ui/results/DXResultModel.h"
+#include "ui/results/DXResultPage.h"
 
 #include <QAction>
 #include <QFile>

@@ -1,3 +1,0 @@
-// SPDX-FileCopyrightText: 2026 The Dabro developers
-// SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/DXConnectionForm.h"

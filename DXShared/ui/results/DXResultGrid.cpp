@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/results/DXResultGrid.h"
+
+#include "ui/DXTheme.h"
+#include "ui/results/DXResultModel.h"
+
+#include <QClipboard>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QStyledItemDelegate>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int sampledRows = 100;
+constexpr int narrowest = 40;
+constexpr int widest = 360;
+constexpr int padding = 16;
+
+/// NULL is told from the text by its colour and slant.
+class CellDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (!index.data(DXResultModel::NullRole).toBool())
+            return;
+        const QColor color = DXTheme::of(option->palette).null;
+        option->palette.setColor(QPalette::Text, color);
+        option->palette.setColor(QPalette::HighlightedText, color);
+        option->font.setItalic(true);
+    }
+};
+
+} // namespace
+
+DXResultGrid::DXResultGrid(const std::shared_ptr<const DXQueryResultDetails> &details,
+                           QWidget *parent)
+    : QTableView(parent)
+    , m_model(new DXResultModel(details, this))
+{
+    setModel(m_model);
+    setItemDelegate(new CellDelegate(this));
+    setAccessibleName(tr("Result"));
+    setFrameShape(QFrame::NoFrame);
+    setAlternatingRowColors(true);
+    setWordWrap(false);
+    setCornerButtonEnabled(true);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setEditTriggers(NoEditTriggers);
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsMovable(true);
+    connect(this, &QTableView::doubleClicked, this, &DXResultGrid::valueRequested);
+    // By what came first; what comes later never moves what somebody reads.
+    connect(m_model, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex &, int first) {
+                if (first == 0)
+                    fitColumns();
+            });
+    fitColumns();
+}
+
+void DXResultGrid::fitColumns()
+{
+    const QFontMetrics heading(horizontalHeader()->font());
+    const QFontMetrics cell(font());
+    const int rows = std::min(m_model->rowCount(), sampledRows);
+    for (int column = 0; column < m_model->columnCount(); ++column) {
+        int width =
+            heading.horizontalAdvance(m_model->headerData(column, Qt::Horizontal).toString());
+        for (int row = 0; row < rows && width < widest; ++row)
+            width = std::max(width,
+                             cell.horizontalAdvance(m_model->index(row, column).data().toString()));
+        setColumnWidth(column, std::clamp(width + padding, narrowest, widest));
+    }
+}
+
+DXResultText::Area DXResultGrid::selectedArea() const
+{
+    const QItemSelection selection = selectionModel()->selection();
+    if (selection.isEmpty())
+        return {.rowCount = m_model->rowCount(), .columnCount = m_model->columnCount()};
+    int top = selection.first().top();
+    int bottom = selection.first().bottom();
+    int left = selection.first().left();
+    int right = selection.first().right();
+    for (const QItemSelectionRange &range : selection) {
+        top = std::min(top, range.top());
+        bottom = std::max(bottom, range.bottom());
+        left = std::min(left, range.left());
+        right = std::max(right, range.right());
+    }
+    return {.firstRow = top,
+            .rowCount = bottom - top + 1,
+            .firstColumn = left,
+            .columnCount = right - left + 1};
+}
+
+void DXResultGrid::copy(DXResultText::Format format, const DXResultText::Dialect &dialect)
+{
+    const DXResultText::Area area = selectedArea();
+    const bool isOneCell = area.rowCount == 1 && area.columnCount == 1;
+    const QString text = isOneCell && format == DXResultText::Format::Tsv
+                             ? DXResultText::textOf(
+                                 m_model->value(static_cast<int>(area.firstRow), area.firstColumn))
+                             : DXResultText::text(m_model->details(), format, area, dialect);
+    QGuiApplication::clipboard()->setText(text);
+}
+
+void DXResultGrid::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy))
+        copy(DXResultText::Format::Tsv);
+    else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+             && currentIndex().isValid())
+        Q_EMIT valueRequested(currentIndex());
+    else
+        QTableView::keyPressEvent(event);
+}

@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/results/DXResultPage.h"
+
+#include "dispatch/DXDispatch.h"
+#include "ui/results/DXResultGrid.h"
+#include "ui/results/DXResultModel.h"
+
+#include <QFileDialog>
+#include <QLocale>
+#include <QMenu>
+#include <QPointer>
+#include <QSaveFile>
+#include <QVBoxLayout>
+
+namespace
+{
+
+// Empty when all of it is in the file.
+QString writeRows(const DXQueryResultDetails &details, const QString &path)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return file.errorString();
+    const DXResultText::Area all{.rowCount = details.rows()->rowCount(),
+                                 .columnCount = static_cast<int>(details.columnNames().size())};
+    const bool worked = DXResultText::write(
+        details, DXResultText::Format::Csv, all, {},
+        [&file](const QByteArray &text) { return file.write(text) == text.size(); });
+    return worked && file.commit() ? QString() : file.errorString();
+}
+
+} // namespace
+
+DXResultPage::DXResultPage(const std::shared_ptr<const DXQueryResultDetails> &details,
+                           const DXResultText::Dialect &dialect, QWidget *parent)
+    : QWidget(parent)
+    , m_details(details)
+    , m_dialect(dialect)
+{
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+}
+
+qsizetype DXResultPage::rowCount() const
+{
+    return m_details->rows()->rowCount();
+}
+
+void DXResultPage::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (m_grid)
+        return;
+    m_grid = new DXResultGrid(m_details);
+    layout()->addWidget(m_grid);
+    setFocusProxy(m_grid);
+    m_grid->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_grid, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
+        auto menu = createMenu();
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu.release()->popup(m_grid->viewport()->mapToGlobal(position));
+    });
+    connect(m_grid, &DXResultGrid::valueRequested, this, [this](const QModelIndex &index) {
+        Q_EMIT valueRequested(m_details->columnNames().value(index.column()),
+                              m_grid->resultModel().value(index.row(), index.column()));
+    });
+}
+
+std::unique_ptr<QMenu> DXResultPage::createMenu()
+{
+    auto menu = std::make_unique<QMenu>(this);
+    const auto add = [&menu, this](const QString &title, DXResultText::Format format) {
+        menu->addAction(title, this, [this, format] { copy(format); });
+    };
+    add(tr("Copy"), DXResultText::Format::Tsv);
+    add(tr("Copy as CSV"), DXResultText::Format::Csv);
+    add(tr("Copy as JSON"), DXResultText::Format::Json);
+    add(tr("Copy as INSERT"), DXResultText::Format::Insert);
+    menu->addSeparator();
+    QAction *const view = menu->addAction(
+        tr("View value"), this, [this] { Q_EMIT m_grid->valueRequested(m_grid->currentIndex()); });
+    view->setEnabled(m_grid && m_grid->currentIndex().isValid());
+    menu->addAction(tr("Select all"), this, [this] { m_grid->selectAll(); });
+    menu->addSeparator();
+    menu->addAction(tr("Save as CSV…"), this, &DXResultPage::saveAsCsv);
+    return menu;
+}
+
+void DXResultPage::copy(DXResultText::Format format)
+{
+    if (m_grid)
+        m_grid->copy(format, m_dialect);
+}
+
+void DXResultPage::saveAsCsv()
+{
+    auto *const dialog = new QFileDialog(this, tr("Save as CSV"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QStringLiteral("csv"));
+    dialog->setNameFilters({tr("CSV files (*.csv)"), tr("All files (*)")});
+    connect(dialog, &QFileDialog::fileSelected, this, &DXResultPage::writeCsv);
+    dialog->open();
+}
+
+void DXResultPage::writeCsv(const QString &path)
+{
+    DXDispatch::background([details = m_details, path, page = QPointer(this)] {
+        const QString failure = writeRows(*details, path);
+        DXDispatch::main([failure, path, page, count = details->rows()->rowCount()] {
+            if (!page)
+                return;
+            Q_EMIT page->saved(
+                failure.isEmpty(),
+                failure.isEmpty()
+                    ? tr("%1 rows were saved to %2.").arg(QLocale().toString(count), path)
+                    : tr("Could not save to %1: %2.").arg(path, failure));
+        });
+    });
+}
