@@ -83,12 +83,23 @@ void DXDatabaseTreeModel::setRoots(const DXDatabaseTreeEntry::List &roots)
     m_nodes.clear();
     m_top = std::make_unique<Node>(Node{.isFetched = true});
     for (const auto &root : roots) {
-        root->setDelegate(m_observer);
+        // One that is shown already may be loading, and what loads reads its delegate.
+        if (root->delegate() != m_observer)
+            observe(*root);
         m_top->children.push_back(std::make_unique<Node>(
             Node{.entry = root, .parent = m_top.get(), .row = int(m_top->children.size())}));
         m_nodes.insert(root.get(), m_top->children.back().get());
     }
     endResetModel();
+}
+
+void DXDatabaseTreeModel::observe(DXDatabaseTreeEntry &entry) const
+{
+    entry.setDelegate(m_observer);
+    if (const auto children = entry.childEntries()) {
+        for (const auto &child : *children)
+            observe(*child);
+    }
 }
 
 std::shared_ptr<DXDatabaseTreeEntry> DXDatabaseTreeModel::entry(const QModelIndex &index) const

@@ -32,7 +32,8 @@ public:
     explicit DXDatabaseTreeModel(QObject *parent = nullptr);
     ~DXDatabaseTreeModel() override;
 
-    /// Shows other trees, and becomes their delegate.
+    /// Shows other trees, and becomes the delegate of all their entries: a search's copies come
+    /// with their originals'.
     void setRoots(const DXDatabaseTreeEntry::List &roots);
     const DXDatabaseTreeEntry::List &roots() const { return m_roots; }
     /// Nothing for an invalid index.
@@ -76,6 +77,7 @@ private:
 
     Node *nodeOf(const QModelIndex &index) const;
     QModelIndex indexOf(const Node &node) const;
+    void observe(DXDatabaseTreeEntry &entry) const;
     void entryChanged(const std::shared_ptr<DXDatabaseTreeEntry> &entry);
     void synchronize(Node &node);
     void dropRows(Node &node, qsizetype from, qsizetype count);

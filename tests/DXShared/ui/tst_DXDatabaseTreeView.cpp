@@ -50,8 +50,13 @@ public:
         const auto children = childEntries();
         List hits;
         for (const auto &child : *children) {
-            if (child->displayName().contains(search))
-                hits.append(std::make_shared<Branch>(child->displayName()));
+            if (!child->displayName().contains(search))
+                continue;
+            const auto hit = std::make_shared<Branch>(child->displayName());
+            hit->next = static_cast<const Branch &>(*child).next;
+            hit->gate = static_cast<const Branch &>(*child).gate;
+            hit->setDelegate(delegate());
+            hits.append(hit);
         }
         copy->setChildEntries(hits);
         return hits.isEmpty() ? nullptr : copy;
@@ -60,6 +65,8 @@ public:
     using DXDatabaseTreeEntry::setChildEntries;
     List next;
     DXError nextError;
+    /// A load waits for it to open.
+    std::shared_ptr<DXWait::Gate> gate;
     int chosen = 0;
     int doubleClicks = 0;
     int downs = 0;
@@ -68,6 +75,8 @@ private:
     bool canRefresh() const override { return true; }
     void loadEntries(DXError *error) override
     {
+        if (gate)
+            gate->wait();
         if (nextError) {
             DXError::report(error, nextError);
             return;
@@ -355,6 +364,25 @@ TEST_F(DXDatabaseTreeViewTest, showsTheLastSearchOnly)
     EXPECT_TRUE(becomes(QString())) << qPrintable(shown());
     QTest::keyClick(field, Qt::Key_Escape);
     EXPECT_TRUE(becomes(u"shop\n orders\n order_items\n people\n"_qs)) << qPrintable(shown());
+}
+
+TEST_F(DXDatabaseTreeViewTest, unfoldsWhatASearchFound)
+{
+    const auto root = branch("shop");
+    const auto orders = branch("orders");
+    orders->next = {branch("id"), branch("note")};
+    orders->gate = std::make_shared<DXWait::Gate>();
+    root->next = {orders, branch("people")};
+    view.addRoot(root);
+    ASSERT_TRUE(becomes(u"shop\n orders\n people\n"_qs));
+    QTest::keyClicks(view.findChild<QLineEdit *>(), u"ord"_qs);
+    ASSERT_TRUE(becomes(u"shop\n orders\n"_qs)) << qPrintable(shown());
+    tree()->expand(model().index(0, 0, model().index(0, 0)));
+    EXPECT_TRUE(DXWait::until([this] { return model().loadingCount() == 1; }));
+    orders->gate->open();
+    EXPECT_TRUE(becomes(u"shop\n orders\n  id\n  note\n"_qs)) << qPrintable(shown());
+    // Nothing turns any more.
+    EXPECT_EQ(model().loadingCount(), 0);
 }
 
 } // namespace
