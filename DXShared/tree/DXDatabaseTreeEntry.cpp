@@ -5,6 +5,8 @@
 #include "client/DabroDBC.h"
 #include "dispatch/DXDispatch.h"
 
+#include <utility>
+
 DXDatabaseTreeEntryDelegate::~DXDatabaseTreeEntryDelegate() = default;
 
 void DXDatabaseTreeEntryDelegate::databaseTreeEntryDidUpdateSearchResults(
@@ -35,6 +37,25 @@ void DXDatabaseTreeEntry::setDetails(const QString &details)
     QString swapped = details;
     const std::lock_guard lock(m_mutex);
     m_details.swap(swapped);
+}
+
+DXError DXDatabaseTreeEntry::loadFailure() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_loadFailure;
+}
+
+void DXDatabaseTreeEntry::setLoadFailure(const DXError &error)
+{
+    DXError swapped = error;
+    const std::lock_guard lock(m_mutex);
+    std::swap(m_loadFailure, swapped);
+}
+
+bool DXDatabaseTreeEntry::hasLoadedChildren() const
+{
+    const auto children = childEntries();
+    return children && !children->isEmpty() && !children->constFirst()->isFailureLeaf();
 }
 
 std::shared_ptr<const DXDatabaseTreeEntry::List> DXDatabaseTreeEntry::childEntries() const
@@ -69,11 +90,10 @@ void DXDatabaseTreeEntry::load()
         error = {};
         loadEntries(&error);
     } while (!error && changes != m_changes);
-    if (error) {
-        const auto children = childEntries();
-        if (!children || children->isEmpty())
-            setChildEntries({createErrorDetailsTreeEntry(error)});
-    }
+    const bool isKept = hasLoadedChildren();
+    if (error && !isKept)
+        setChildEntries({createErrorDetailsTreeEntry(error)});
+    setLoadFailure(isKept ? error : DXError());
     finishLoading();
     didLoadEntries();
 }
@@ -157,6 +177,7 @@ DXDatabaseTreeEntry::createErrorDetailsTreeEntry(const DXError &error)
     auto leaf = std::make_shared<DXDatabaseTreeEntry>();
     adoptChild(*leaf);
     leaf->setDisplayName(error.description().trimmed());
+    leaf->setLoadFailure(error);
     leaf->setImageName(QStringLiteral("DatabaseTree-Error"));
     return leaf;
 }

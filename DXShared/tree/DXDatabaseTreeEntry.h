@@ -97,9 +97,14 @@ public:
     /// The children; nothing before the first load, which this never starts. [any]
     virtual std::shared_ptr<const List> childEntries() const;
     /// Starts loading the children in the background: true when that was started or was under way
-    /// already, false when there is nothing to do. A load that fails keeps the children that exist;
-    /// without any, a leaf that tells the error is shown instead. [any]
+    /// already, false when there is nothing to do. A load that fails keeps the children that exist,
+    /// and loadFailure() tells why; without any, a leaf that tells it is shown instead. [any]
     virtual bool loadEntriesAsync(Reload reload);
+    /// Why the children are not those that the last load should have brought; empty when they are,
+    /// or when a leaf among them tells it. Of such a leaf, what it tells. [any]
+    DXError loadFailure() const;
+    /// Whether this is a leaf that tells of a failed load of its parent. [any]
+    bool isFailureLeaf() const { return !canHaveChildren() && loadFailure(); }
     /// Whether a load is under way. [any]
     bool isLoadingAsync() const { return m_isLoading; }
     /// Drops the child from the tree; nothing when it is none of ours. [any]
@@ -146,6 +151,9 @@ protected:
     void adoptChild(DXDatabaseTreeEntry &child, const std::shared_ptr<DabroDBC> &details);
     /// For a node that loads in a way of its own. [any]
     void setIsLoadingAsync(bool isLoading) { m_isLoading = isLoading; }
+    void setLoadFailure(const DXError &error);
+    /// Whether there are children other than a leaf that tells of a failed load. [any]
+    bool hasLoadedChildren() const;
     /// A leaf that shows error. [any]
     std::shared_ptr<DXDatabaseTreeEntry> createErrorDetailsTreeEntry(const DXError &error);
 
@@ -162,12 +170,13 @@ private:
     QString m_displayName;
     QString m_imageName;
 
-    // Guards the pointer and the text, which loading replaces whole; a list itself never changes.
+    // Guards the pointer and the texts, which loading replaces whole; a list itself never changes.
     // (std::atomic<std::shared_ptr> would do for the pointer, but GCC 12's races with its own
     // load.)
     mutable std::mutex m_mutex;
     std::shared_ptr<const List> m_children;
     QString m_details;
+    DXError m_loadFailure;
     std::atomic<bool> m_isLoading = false;
     // How often the children were changed one by one.
     std::atomic<quint64> m_changes = 0;

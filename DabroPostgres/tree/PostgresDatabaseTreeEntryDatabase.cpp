@@ -108,7 +108,7 @@ void PostgresDatabaseTreeEntryDatabase::loadSections()
     const List sections = PostgresObjectSections(QString());
     for (const auto &section : sections)
         adoptChild(*section);
-    replaceChildren(beginRequest(true), sections);
+    replaceChildren(beginRequest(true), sections, {});
     if (const auto told = delegate())
         told->databaseTreeEntryDidFinishLoading(*this);
 }
@@ -152,10 +152,10 @@ DXDatabaseTreeEntry::List PostgresDatabaseTreeEntryDatabase::loadSchemas(DXError
 void PostgresDatabaseTreeEntryDatabase::finishLoading(quint64 request, const List &schemas,
                                                       const DXError &error)
 {
-    const auto children = childEntries();
-    const bool hasChildren = children && !children->isEmpty();
-    replaceChildren(request,
-                    error && !hasChildren ? List{createErrorDetailsTreeEntry(error)} : schemas);
+    if (error && !hasLoadedChildren())
+        replaceChildren(request, {createErrorDetailsTreeEntry(error)}, {});
+    else
+        replaceChildren(request, schemas, error);
     {
         const std::lock_guard lock(m_mutex);
         setIsLoadingAsync(--m_loads > 0);
@@ -165,7 +165,8 @@ void PostgresDatabaseTreeEntryDatabase::finishLoading(quint64 request, const Lis
 }
 
 // An answer that comes after a later request's is stale: the setting may have changed between them.
-void PostgresDatabaseTreeEntryDatabase::replaceChildren(quint64 request, const List &children)
+void PostgresDatabaseTreeEntryDatabase::replaceChildren(quint64 request, const List &children,
+                                                        const DXError &failure)
 {
     // What is replaced ends outside of the lock.
     const auto replaced = childEntries();
@@ -174,4 +175,5 @@ void PostgresDatabaseTreeEntryDatabase::replaceChildren(quint64 request, const L
         return;
     m_shownRequest = request;
     setChildEntries(children);
+    setLoadFailure(failure);
 }

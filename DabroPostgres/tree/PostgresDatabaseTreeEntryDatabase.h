@@ -46,7 +46,7 @@ private:
     /// returned with it. [background]
     List loadSchemas(DXError *error);
     void finishLoading(quint64 request, const List &schemas, const DXError &error);
-    void replaceChildren(quint64 request, const List &children);
+    void replaceChildren(quint64 request, const List &children, const DXError &failure);
     QList<PostgresSearchIndex::Entry> readSearchEntries(DXError *error) const;
     std::shared_ptr<DXDatabaseTreeEntry> makeHit(const PostgresSearchIndex::Entry &entry) const;
 

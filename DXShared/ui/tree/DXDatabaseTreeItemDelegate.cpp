@@ -48,6 +48,13 @@ void DXDatabaseTreeItemDelegate::paint(QPainter *painter, const QStyleOptionView
             .paint(painter, place);
     rest.setLeft(place.right() + 1 + spacing + 2);
 
+    // What a failed load left is at the end, where it is seen whatever the name is.
+    if (!index.data(DXDatabaseTreeModel::FailureRole).toString().isEmpty()) {
+        const QRect mark(rest.right() + 1 - iconSize, place.top(), iconSize, iconSize);
+        DXIcon::named(QStringLiteral("DatabaseTree-Error"), option.palette).paint(painter, mark);
+        rest.setRight(mark.left() - spacing);
+    }
+
     // What a server sends is plain text, in one line.
     const auto draw = [&](const QString &text, const QColor &color) {
         const QString line = option.fontMetrics.elidedText(

@@ -8,7 +8,7 @@
 #include <QStyledItemDelegate>
 
 /// Draws an entry of a catalogue tree: image, name, and the secondary text in a quieter colour; a
-/// turning arc while its children load. [main]
+/// turning arc while its children load, a mark when they could not be. [main]
 class DXSHARED_EXPORT DXDatabaseTreeItemDelegate final : public QStyledItemDelegate
 {
     Q_OBJECT

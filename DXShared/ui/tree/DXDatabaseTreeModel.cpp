@@ -23,6 +23,22 @@ ColumnDetailsTableCellView cellOf(const DXDatabaseTreeEntry &entry)
     return cell;
 }
 
+// What the children that are shown do not tell.
+QString failureOf(const DXDatabaseTreeEntry &entry)
+{
+    return entry.isFailureLeaf() ? QString() : entry.loadFailure().description().trimmed();
+}
+
+QString wholeTextOf(const DXDatabaseTreeEntry &entry)
+{
+    QString text = entry.displayName();
+    if (!entry.details().isEmpty())
+        text += QStringLiteral(" (%1)").arg(entry.details());
+    if (const QString failure = failureOf(entry); !failure.isEmpty())
+        text += u'\n' + DXDatabaseTreeModel::tr("Loading failed: %1").arg(failure);
+    return text;
+}
+
 // Details change with what they tell of, save where they tell overloads of one name apart.
 QString identityOf(const DXDatabaseTreeEntry &entry)
 {
@@ -205,9 +221,7 @@ QVariant DXDatabaseTreeModel::data(const QModelIndex &index, int role) const
         return cellOf(*shown).columnNameTextField;
     case Qt::ToolTipRole:
     case Qt::AccessibleTextRole:
-        return shown->details().isEmpty()
-                   ? shown->displayName()
-                   : QStringLiteral("%1 (%2)").arg(shown->displayName(), shown->details());
+        return wholeTextOf(*shown);
     case Qt::DecorationRole:
         return shown->imageName();
     case DetailsRole:
@@ -216,6 +230,8 @@ QVariant DXDatabaseTreeModel::data(const QModelIndex &index, int role) const
         return identityOf(*shown);
     case LoadingRole:
         return isSlow(*nodeOf(index));
+    case FailureRole:
+        return failureOf(*shown);
     default:
         return {};
     }

@@ -24,6 +24,8 @@ public:
         DetailsRole = Qt::UserRole,
         /// Whether the entry's children have been loading for a noticeable time.
         LoadingRole,
+        /// Why the children shown are old ones; null when they are not.
+        FailureRole,
         /// A text that is equal for entries which stand for the same thing, before and after a
         /// load, and different among the children of one.
         IdentityRole

@@ -194,7 +194,20 @@ std::unique_ptr<QMenu> DXDatabaseTreeView::createMenu(DXDatabaseTreeEntry &entry
     const DXMenu described = entry.menu();
     auto menu = std::make_unique<QMenu>(this);
     fill(*menu, described.items());
+    if (entry.loadFailure())
+        addFailureItems(*menu, entry);
     return menu->isEmpty() ? nullptr : std::move(menu);
+}
+
+void DXDatabaseTreeView::addFailureItems(QMenu &menu, DXDatabaseTreeEntry &entry)
+{
+    if (!menu.isEmpty())
+        menu.addSeparator();
+    menu.addAction(tr("Copy error"), this, [text = entry.loadFailure().description().trimmed()] {
+        QGuiApplication::clipboard()->setText(text);
+    });
+    menu.addAction(tr("Try again"), this,
+                   [this, entry = entry.shared_from_this()] { doRefreshDatabaseTreeEntry(entry); });
 }
 
 void DXDatabaseTreeView::showMenu(const QPoint &position)

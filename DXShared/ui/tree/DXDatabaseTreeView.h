@@ -49,6 +49,7 @@ private:
     QTreeView *createTree(DXDatabaseTreeModel &model);
     QTreeView *shownTree() const;
     bool keyPressed(int key, Qt::KeyboardModifiers modifiers);
+    void addFailureItems(QMenu &menu, DXDatabaseTreeEntry &entry);
     void showMenu(const QPoint &position);
     void loadingChanged();
     void search(const QString &text);

@@ -190,11 +190,17 @@ TEST_F(DXDatabaseTreeEntryTest, ShowsAnErrorOnlyWithoutChildren)
     EXPECT_EQ(leaf->parent(), node);
     EXPECT_FALSE(leaf->canHaveChildren());
     EXPECT_EQ(leaf->imageName(), u"DatabaseTree-Error"_qs);
+    EXPECT_TRUE(leaf->isFailureLeaf());
+    EXPECT_FALSE(node->loadFailure());
+    load({{}, failure.withDescription(u"timeout"_qs), {}});
+    EXPECT_EQ(namesOf(*node), QStringList{u"timeout"_qs});
     load({{u"a"_qs, u"b"_qs}, {}, {}});
     EXPECT_EQ(namesOf(*node), (QStringList{u"a"_qs, u"b"_qs}));
     load({{}, failure, {}});
     EXPECT_EQ(namesOf(*node), (QStringList{u"a"_qs, u"b"_qs}));
+    EXPECT_EQ(node->loadFailure(), failure);
     load({{}, {}, {}});
+    EXPECT_FALSE(node->loadFailure());
     load({{}, failure, {}});
     EXPECT_EQ(namesOf(*node), QStringList{u"no route to host"_qs});
 }

@@ -215,10 +215,41 @@ TEST_F(DXDatabaseTreeViewTest, showsWhyNothingWasLoadedAndCopiesIt)
     tree()->setCurrentIndex(tree()->model()->index(0, 0, model().indexOf(*root)));
     QTest::keyClick(tree(), Qt::Key_C, Qt::ControlModifier);
     EXPECT_TRUE(QGuiApplication::clipboard()->text().contains(u"no route to <b>db1</b>"));
+    const auto menu = view.createMenu(*view.currentlySelectedDatabaseTreeEntry());
+    ASSERT_TRUE(menu);
+    QGuiApplication::clipboard()->clear();
+    menu->actions().at(0)->trigger();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"no route to <b>db1</b>"_qs);
     root->nextError = {};
     root->next = {branch("Tables")};
-    view.doRefreshDatabaseTreeEntry(view.currentlySelectedDatabaseTreeEntry());
+    menu->actions().at(1)->trigger();
     EXPECT_TRUE(becomes(u"shop\n Tables\n"_qs)) << qPrintable(shown());
+}
+
+TEST_F(DXDatabaseTreeViewTest, tellsOfAFailedRefreshUntilOneWorks)
+{
+    const auto root = branch("shop");
+    root->next = {branch("Tables")};
+    view.addRoot(root);
+    ASSERT_TRUE(becomes(u"shop\n Tables\n"_qs)) << qPrintable(shown());
+    const QModelIndex index = model().indexOf(*root);
+    const auto failure = [&] { return index.data(DXDatabaseTreeModel::FailureRole).toString(); };
+    EXPECT_TRUE(failure().isNull());
+
+    root->nextError = DXError(u"d"_qs, 1, u"no route to db1\n"_qs);
+    view.doRefreshDatabaseTreeEntry(root);
+    EXPECT_TRUE(DXWait::until([&] { return failure() == u"no route to db1"; }));
+    EXPECT_EQ(shown(), u"shop\n Tables\n"_qs);
+    for (const int role : {Qt::ToolTipRole, Qt::AccessibleTextRole})
+        EXPECT_EQ(index.data(role), u"shop\nLoading failed: no route to db1"_qs);
+    const auto menu = view.createMenu(*root);
+    const auto actions = menu->actions();
+    EXPECT_EQ(actions.at(actions.size() - 2)->text(), u"Copy error"_qs);
+
+    root->nextError = {};
+    view.doRefreshDatabaseTreeEntry(root);
+    EXPECT_TRUE(DXWait::until([&] { return failure().isNull(); }));
+    EXPECT_EQ(index.data(Qt::ToolTipRole), u"shop"_qs);
 }
 
 TEST_F(DXDatabaseTreeViewTest, passesOnWhatTheUserDoes)
