@@ -44,9 +44,10 @@ void DXScriptRun::start(const Completion &completion)
 bool DXScriptRun::cancel()
 {
     DX_ASSERT_MAIN();
-    // Asking may take the server a while, and the mutex as long.
-    if (m_isCancelled.exchange(true))
+    if (m_isCancelled.exchange(true)) {
+        abandon();
         return false;
+    }
     {
         const std::lock_guard lock(m_mutex);
         if (!m_hasBegun) {
@@ -55,16 +56,40 @@ bool DXScriptRun::cancel()
         }
     }
     DXDispatch::background([self = shared_from_this()] { self->askServerToCancel(); });
+    DXDispatch::backgroundAfter(m_init.patience, [self = shared_from_this()] {
+        DXDispatch::main([self] { self->abandon(); });
+    });
     return false;
+}
+
+// What the client still says is not waited for: it may never come.
+void DXScriptRun::abandon()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_client)
+            return;
+        m_client->abandonConnection();
+    }
+    if (const Completion told = std::exchange(m_completion, {}))
+        told({.error = {QString(), 0,
+                        QStringLiteral("The server did not stop when it was asked to, so the "
+                                       "connection was closed.")},
+              .changes = Changes::Unknown,
+              .isCancelled = true});
 }
 
 void DXScriptRun::askServerToCancel()
 {
-    const std::lock_guard lock(m_mutex);
-    if (!m_client)
+    const std::lock_guard asking(m_asking);
+    DabroDatabaseClient *const client = [this] {
+        const std::lock_guard lock(m_mutex);
+        return m_client;
+    }();
+    if (!client)
         return;
     DXError error;
-    if (!m_client->cancelCurrentQuery(&error) && error)
+    if (!client->cancelCurrentQuery(&error) && error)
         DXLog(QStringLiteral("Cancel failed: %1").arg(error.description()));
     DXDispatch::backgroundAfter(cancelInterval,
                                 [self = shared_from_this()] { self->askServerToCancel(); });
@@ -91,6 +116,7 @@ DXScriptRun::Outcome DXScriptRun::run()
             if (!begin(client))
                 return;
             const auto giveBack = qScopeGuard([this] {
+                const std::lock_guard asking(m_asking);
                 const std::lock_guard lock(m_mutex);
                 m_client = nullptr;
             });

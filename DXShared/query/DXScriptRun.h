@@ -9,6 +9,7 @@
 #include <QList>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -32,6 +33,8 @@ public:
         Transaction transaction = Transaction::Yes;
         /// Done in the background before the run connects; may be empty.
         std::function<void()> preparation = {};
+        /// How long a server may take to stop after it was asked, before the connection is broken.
+        std::chrono::milliseconds patience = std::chrono::seconds(5);
     };
 
     /// What a run that did not succeed left on the server.
@@ -39,7 +42,7 @@ public:
         None,
         /// What was done before the failure stays done.
         Some,
-        /// The connection broke when the server may or may not have done its part.
+        /// The connection broke, or was broken, when the server may or may not have done its part.
         Unknown
     };
     struct Outcome
@@ -64,7 +67,9 @@ public:
     void start(const Completion &completion);
     /// Stops the run. True when no statement was sent yet: then none ever is, and completion is not
     /// called. Otherwise the server is asked until it gives in, and completion tells what came of
-    /// it; a run that was about to end may succeed after all. Once is enough. [main]
+    /// it; a run that was about to end may succeed after all. When the server has not given in
+    /// before patience is over, or is cancelled a second time, the connection is broken: what came
+    /// of it is not known then, and completion is called at once. [main]
     bool cancel();
 
 private:
@@ -75,11 +80,15 @@ private:
     Outcome runStatements(DabroDatabaseClient &client) const;
     static void finishTransaction(DabroDatabaseClient &client, Outcome &outcome);
     void askServerToCancel();
+    void abandon();
     bool begin(DabroDatabaseClient &client);
 
     const Init m_init;
     Completion m_completion; // of the main thread
     std::atomic<bool> m_isCancelled = false;
+    // Held while the server is asked, which may take it for ever, and when the client goes back:
+    // a request that is still on its way must not meet the next borrower. Locked first.
+    std::mutex m_asking;
     // Guards the client, which is there while the run borrows it, and the begin of the run.
     std::mutex m_mutex;
     DabroDatabaseClient *m_client = nullptr;

@@ -216,8 +216,9 @@ void DXQueryPreviewSheet::setState(State state)
         m_patience.stop();
     }
     m_progress->setVisible(state == State::Cancelling);
-    m_progressText->setText(state == State::Cancelling ? tr("Cancelling…")
-                                                       : m_settings.progressTitle);
+    m_progressText->setText(state == State::Cancelling
+                                ? tr("Cancelling… Cancel again to close the connection.")
+                                : m_settings.progressTitle);
 }
 
 void DXQueryPreviewSheet::showProgress()
@@ -280,7 +281,11 @@ void DXQueryPreviewSheet::reject()
             ended({.isCancelled = true});
         else
             setState(State::Cancelling);
-    } else if (m_state != State::Cancelling) {
+    } else if (m_state == State::Cancelling) {
+        // Ends the run at once, which lets go of it here.
+        const std::shared_ptr<DXScriptRun> run = m_run;
+        run->cancel();
+    } else {
         QDialog::reject();
     }
 }

@@ -29,7 +29,7 @@ public:
 
     /// Shows what loads after a moment, and begins loading.
     void open() override;
-    /// Cancels what runs; else closes the sheet.
+    /// Cancels what runs, and breaks its connection the second time; else closes the sheet.
     void reject() override;
 
 private:

@@ -52,9 +52,9 @@ public:
     /// Waits until the sheet tells of a failure.
     bool fails() const
     {
-        const auto *const failure = m_sheet->findChild<DXFailureView *>();
-        return DXWait::until([&] { return failure->isVisible(); });
+        return DXWait::until([this] { return hasFailed(); });
     }
+    bool hasFailed() const { return m_sheet->findChild<DXFailureView *>()->isVisible(); }
     QString failureHeadline() const { return m_sheet->findChild<DXFailureView *>()->headline(); }
     QString failureText() const { return m_sheet->findChild<DXFailureView *>()->text(); }
 

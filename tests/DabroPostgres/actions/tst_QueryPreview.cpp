@@ -6,7 +6,12 @@
 #include "query/StaticQueryLoader.h"
 #include "support/PrintQt.h"
 
+#include <QScopeGuard>
+
 #include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/types.h>
 
 namespace
 {
@@ -114,6 +119,46 @@ TEST_F(QueryPreviewTest, SaysWhatIsNotKnown)
     EXPECT_EQ(sheet.failureHeadline(), u"The server could not do it; nothing was changed."_qs);
     EXPECT_FALSE(sheet.failureText().isEmpty());
     EXPECT_EQ(results, QList<int>());
+}
+
+// A server that neither does what it is told nor stops must not keep the window behind the sheet.
+TEST_F(QueryPreviewTest, LeavesAServerThatAnswersNothing)
+{
+    PostgresCluster server;
+    server.psql(u"CREATE TABLE preview_a ()"_qs);
+    preview->setConnectionDetails(ServerAccess::record(server));
+    const auto holder = ServerAccess::connected(ServerAccess::record(server));
+    ASSERT_FALSE(ServerAccess::errorOf(*holder, u"BEGIN; LOCK TABLE preview_a"_qs));
+    QList<pid_t> stopped;
+    const auto goOn = qScopeGuard([&stopped] {
+        for (const pid_t backend : stopped)
+            ::kill(backend, SIGCONT);
+    });
+    for (const bool isCancelledAgain : {false, true}) {
+        const OpenSheet sheet = show(u"DROP TABLE preview_a"_qs);
+        sheet.click(u"Apply"_qs);
+        QString waiting;
+        ASSERT_TRUE(DXWait::until([&] {
+            waiting = server.psql(
+                u"SELECT pid FROM pg_stat_activity WHERE wait_event_type = 'Lock'"
+                " AND query = 'DROP TABLE preview_a' AND pid <> %1"_qs.arg(stopped.value(0)));
+            return !waiting.isEmpty();
+        }));
+        stopped.append(waiting.toInt());
+        ASSERT_EQ(::kill(stopped.constLast(), SIGSTOP), 0);
+        sheet.click(u"Cancel"_qs);
+        EXPECT_FALSE(sheet.hasFailed());
+        if (isCancelledAgain) {
+            sheet.click(u"Cancel"_qs);
+            EXPECT_TRUE(sheet.hasFailed());
+        }
+        ASSERT_TRUE(sheet.fails());
+        EXPECT_TRUE(sheet.failureHeadline().contains(u"not known"_qs));
+        EXPECT_TRUE(sheet.failureText().contains(u"did not stop when it was asked to"_qs));
+        sheet.click(u"Cancel"_qs);
+        EXPECT_TRUE(sheet.closes());
+    }
+    EXPECT_EQ(results, (QList<int>{0, 0}));
 }
 
 TEST_F(QueryPreviewTest, StopsWhatRunsWhenItsWindowGoes)
