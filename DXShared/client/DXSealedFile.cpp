@@ -67,6 +67,8 @@ DXSealedFile::DXSealedFile(const QString &folder)
     : m_folder(folder)
     , m_path(QDir(folder).filePath(QStringLiteral("secrets")))
     , m_keyPath(QDir(folder).filePath(QStringLiteral("secrets.key")))
+    // Before anything else of the library, whose first use may come on any thread.
+    , m_canSeal(sodium_init() >= 0)
 { }
 
 QString DXSealedFile::read(const QString &key, DXError *error) const
@@ -79,6 +81,12 @@ bool DXSealedFile::write(const QString &key, const QString &text, DXError *error
 {
     if (text.isNull() && !QFile::exists(m_path))
         return true;
+    return update(
+        key, [&text](const QString &) { return text; }, error);
+}
+
+bool DXSealedFile::update(const QString &key, const Change &change, DXError *error) const
+{
     if (!QDir().mkpath(m_folder)) {
         DXError::report(
             error, failure(QStringLiteral("The folder \"%1\" could not be made.").arg(m_folder)));
@@ -91,47 +99,66 @@ bool DXSealedFile::write(const QString &key, const QString &text, DXError *error
                                            .arg(m_path)));
         return false;
     }
-    auto texts = load(error);
-    if (!texts)
+    const auto stored = load(error);
+    if (!stored)
         return false;
+    Texts texts = *stored;
+    const QString text = change(texts.value(key));
     if (text.isNull())
-        texts->remove(key);
+        texts.remove(key);
     else
-        texts->insert(key, text);
-    return save(*texts, error);
+        texts.insert(key, text);
+    return texts == *stored || save(texts, error);
+}
+
+QByteArray DXSealedFile::readKey() const
+{
+    QFile file(m_keyPath);
+    const QByteArray key = file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+    return key.size() == crypto_secretbox_KEYBYTES ? key : QByteArray();
 }
 
 QByteArray DXSealedFile::loadKey(DXError *error) const
 {
-    QFile file(m_keyPath);
-    const QByteArray key = file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-    if (key.size() == crypto_secretbox_KEYBYTES)
-        return key;
-    DXError::report(error,
-                    failure(QStringLiteral("The passwords in \"%1\" cannot be read: their key, "
-                                           "\"%2\", is missing or damaged. Restore it, or remove "
-                                           "both files to start afresh.")
-                                .arg(m_path, m_keyPath)));
-    return {};
+    QByteArray key = readKey();
+    if (key.isEmpty())
+        DXError::report(error,
+                        failure(QStringLiteral("The passwords in \"%1\" cannot be read: their key, "
+                                               "\"%2\", is missing or damaged. Restore it, or "
+                                               "remove both files to start afresh.")
+                                    .arg(m_path, m_keyPath)));
+    return key;
 }
 
-QByteArray DXSealedFile::createKey(DXError *error) const
+// A file that is gone leaves its key for the next: somebody may be reading with it.
+QByteArray DXSealedFile::loadOrCreateKey(DXError *error) const
 {
-    QByteArray key(crypto_secretbox_KEYBYTES, '\0');
+    if (QFile::exists(m_path))
+        return loadKey(error);
+    QByteArray key = readKey();
+    if (!key.isEmpty())
+        return key;
+    key.resize(crypto_secretbox_KEYBYTES);
     randombytes_buf(key.data(), crypto_secretbox_KEYBYTES);
     return replaceFile(m_keyPath, key, error) ? key : QByteArray();
 }
 
 std::optional<DXSealedFile::Texts> DXSealedFile::load(DXError *error) const
 {
+    if (!m_canSeal) {
+        DXError::report(error,
+                        failure(QStringLiteral("Passwords cannot be kept: libsodium found no "
+                                               "source of random numbers on this system.")));
+        return std::nullopt;
+    }
     QFile file(m_path);
-    if (!file.exists())
+    const bool isOpen = file.open(QFile::ReadOnly);
+    if (!isOpen && !file.exists())
         return Texts();
     const QByteArray key = loadKey(error);
     if (key.isEmpty())
         return std::nullopt;
-    const auto plain =
-        file.open(QFile::ReadOnly) ? unseal(file.readAll(), key) : std::optional<QByteArray>();
+    const auto plain = isOpen ? unseal(file.readAll(), key) : std::optional<QByteArray>();
     if (!plain) {
         DXError::report(
             error, failure(QStringLiteral("The file \"%1\" cannot be read: it is damaged, or "
@@ -149,8 +176,14 @@ std::optional<DXSealedFile::Texts> DXSealedFile::load(DXError *error) const
 
 bool DXSealedFile::save(const Texts &texts, DXError *error) const
 {
-    const QByteArray key =
-        QFile::exists(m_keyPath) && QFile::exists(m_path) ? loadKey(error) : createKey(error);
+    if (texts.isEmpty()) {
+        if (QFile::remove(m_path) || !QFile::exists(m_path))
+            return true;
+        DXError::report(
+            error, failure(QStringLiteral("The file \"%1\" could not be removed.").arg(m_path)));
+        return false;
+    }
+    const QByteArray key = loadOrCreateKey(error);
     if (key.isEmpty())
         return false;
     QCborMap map;
