@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliArguments.h"
 #include "cli/CliProcess.h"
+#include "client/DXSecretStore.h"
 #include "client/DabroDatabaseConnectionPool.h"
 #include "desktop/MainWindow.h"
 #include "dispatch/DXDispatch.h"
@@ -61,6 +62,7 @@ int main(int argc, char **argv)
         window.openArguments(arguments);
         status = QApplication::exec();
     }
+    DXSecretStore::sharedInstance().finish();
     // All is saved: a server that answers nobody does not keep the program from ending.
     constexpr unsigned int seconds = 5;
     ::alarm(seconds);

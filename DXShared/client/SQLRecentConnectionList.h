@@ -2,24 +2,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "client/DXSecretStore.h"
+#include "client/SQLRecentConnectionArchives.h"
 #include "core/DXError.h"
 #include "core/DXGlobal.h"
 
+#include <QCborMap>
 #include <QList>
 #include <QString>
 
 #include <functional>
 #include <memory>
 
-class DXSecretStore;
 class SQLRecentConnection;
 
-/// The saved connections of one driver, kept in the secret store as one text: the Base64 form of
-/// their archives in CBOR. [main], call-backs included.
+/// The saved connections of one driver, kept in the secret store as one text. [main], call-backs
+/// included.
 ///
-/// What is stored but cannot be read (a locked keyring) is never written over: until it can be,
-/// what the user saves is kept apart, under the same key with ".pending", and joined with the rest
-/// when a later load() succeeds.
+/// What is saved or removed here is first sealed by itself, under the same key with ".pending",
+/// where it outlives the program, and then made a part of what is stored: what other programs
+/// stored meanwhile stays and appears here too. What is stored but cannot be read (a locked
+/// keyring) is never written over; until it can be, the changes wait.
 class DXSHARED_EXPORT SQLRecentConnectionList final
 {
 public:
@@ -52,34 +55,76 @@ public:
     /// Newest first. The selector is `RecentConnections`.
     QList<Record> recentConnections() const;
     /// Stamps record with the current time and saves it: over the one whose id is the same but for
-    /// letter case, else as a new one, and tells its choices (didLoad()). The selector is
-    /// `UpdateRecentConnection:`.
+    /// letter case, else as a new one, and tells its choices (didLoad()). done comes when nothing
+    /// can be lost any more. The selector is `UpdateRecentConnection:`.
     void updateRecentConnection(const Record &record, const Done &done);
-    /// The selector is `RemoveConnection:`.
+    /// As updateRecentConnection(). The selector is `RemoveConnection:`.
     void removeConnection(const Record &record, const Done &done);
+    /// After a failure everything is as it was.
     void removeAllRecentConnections(const Done &done);
 
 private:
     Q_DISABLE_COPY_MOVE(SQLRecentConnectionList)
 
-    struct Stored
+    /// A change that may not be sealed.
+    struct Change
     {
-        QList<Record> records = {};
-        bool hasNewIds = false;
-        bool isPresent = false;
+        quint64 number = 0;
+        QCborMap archive = {};
+        bool isSealed = false;
+    };
+    struct Contents
+    {
+        /// Of the store; what could not be had is empty.
+        DXSecretStore::Answer::State state;
+        DXError error;
+        /// What is stored, with the changes.
+        SQLRecentConnectionArchives merged = {};
+        /// The sealed changes.
+        SQLRecentConnectionArchives changes = {};
+        /// The last change that was known when this was read.
+        quint64 lastNumber = 0;
+        bool isToBeWritten = false;
     };
 
-    Stored decode(const QString &text) const;
+    /// What was read last, so that its new identities stay until they are stored.
+    struct Stored
+    {
+        QString text = {};
+        SQLRecentConnectionArchives archives = {};
+        bool hasNewIds = false;
+    };
+
     /// Null for none; letter case does not count.
     Record recordWithId(const QString &id) const;
     void addOrUpdate(const Record &record);
-    void take(const Stored &stored, const Stored &pending);
+    void keep(const QCborMap &change, const Done &done);
+    void sealed(quint64 number, const DXError &error, const Done &done);
+    void next();
+    void loadNow();
+    void mergeNow();
+    void merge(const Contents &contents, const DXSecretStore::Lock &lock);
+    void ended(const DXError &error);
+    void read(const std::function<void(const Contents &contents)> &done);
+    Contents contentsOf(const DXSecretStore::Answer &changes, const DXSecretStore::Answer &stored,
+                        quint64 lastNumber);
+    /// Whether that changed anything.
+    bool show(const Contents &contents);
+    Record shownFor(const QCborMap &archive, bool &isNews) const;
     void changed();
-    void save(const Done &done);
     QString pendingKey() const;
 
     const Init m_init;
     QList<Record> m_records;
-    QList<Done> m_waiting;
+    Stored m_stored;
+    /// Until they were read from the store again.
+    QList<Change> m_changes;
+    quint64 m_lastNumber = 0;
+    /// Who waits for the store to be read.
+    QList<Done> m_loads;
+    /// Who waits for changes that could not be sealed.
+    QList<Done> m_unsealed;
+    bool m_isMergeDue = false;
+    bool m_isBusy = false;
     bool m_isLoaded = false;
 };

@@ -4,6 +4,7 @@
 
 #include "client/DXSecretStore.h"
 #include "client/SQLRecentConnectionList.h"
+#include "support/DXWait.h"
 
 #include <memory>
 #include <utility>
@@ -37,6 +38,15 @@ SQLRecentConnectionList &listOf(const QString &key, DXSecretStore &store)
 {
     return keptUntilTheEnd<SQLRecentConnectionList>(SQLRecentConnectionList::Init{
         .key = key, .createRecord = [] { return std::make_shared<Record>(); }, .store = store});
+}
+
+/// Waits until everything that lists of key were told is stored in folder. A test that removes the
+/// folder sooner finds it made again.
+inline bool areStored(const QString &folder, const QString &key)
+{
+    const DXSealedFile file(folder);
+    return DXWait::until(
+        [&] { return file.read(key + QStringLiteral(".pending"), nullptr).isNull(); });
 }
 
 } // namespace SavedConnections

@@ -25,7 +25,12 @@ ConnectionDialog::ConnectionDialog()
     m_window.show();
 }
 
-ConnectionDialog::~ConnectionDialog() = default;
+ConnectionDialog::~ConnectionDialog()
+{
+    m_controller.reset();
+    m_store.finish();
+    EXPECT_TRUE(SavedConnections::areStored(m_folder.path(), key));
+}
 
 PostgresCluster &ConnectionDialog::cluster()
 {

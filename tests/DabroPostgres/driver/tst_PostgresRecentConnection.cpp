@@ -8,6 +8,7 @@
 #include "support/Program.h"
 #include "support/SavedConnections.h"
 
+#include <QCborArray>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocalServer>
@@ -36,6 +37,22 @@ protected:
             {.program = u"bash"_qs, .arguments = {u"-c"_qs, script}, .environment = environment});
         EXPECT_TRUE(program.succeeded()) << qPrintable(program.failure());
         return QString::fromUtf8(program.output()).split(u'\n', Qt::SkipEmptyParts);
+    }
+
+    /// As run(), on a bus of its own with a keyring on it, unlocked when there is a password for
+    /// it.
+    QStringList runWithKeyring(const QString &password, const QString &commands)
+    {
+        const QString script = u"gnome-keyring-daemon --foreground --components=secrets "
+                               "$( [ -z \"$password\" ] || echo --unlock) "
+                               "<<<\"$password\" >/dev/null 2>&1 & "
+                               "until dbus-send --print-reply --dest=org.freedesktop.DBus / "
+                               "org.freedesktop.DBus.NameHasOwner "
+                               "string:org.freedesktop.secrets | grep -q true; "
+                               "do sleep 0.02; done; "_qs
+                               + commands + u"; kill $!; wait"_qs;
+        return run(u"password='"_qs + password + u"' timeout 60 dbus-run-session -- bash -c '"_qs
+                   + QString(script).replace(u'\'', u"'\\''"_qs) + u'\'');
     }
 
     QString folder() const { return m_home.filePath(u"store"_qs); }
@@ -77,26 +94,29 @@ TEST_F(SavedConnections, areNeverReplacedWhenTheyCannotBeRead)
 
 TEST_F(SavedConnections, surviveAKeyringThatIsLocked)
 {
-    // A bus of its own with a keyring on it, unlocked when there is a password for it.
-    const auto session = [this](const QString &password, const QString &commands) {
-        const QString script = u"gnome-keyring-daemon --foreground --components=secrets "
-                               "$( [ -z \"$password\" ] || echo --unlock) "
-                               "<<<\"$password\" >/dev/null 2>&1 & "
-                               "until dbus-send --print-reply --dest=org.freedesktop.DBus / "
-                               "org.freedesktop.DBus.NameHasOwner "
-                               "string:org.freedesktop.secrets | grep -q true; "
-                               "do sleep 0.02; done; "_qs
-                               + commands + u"; kill $!; wait"_qs;
-        return run(u"password='"_qs + password + u"' timeout 60 dbus-run-session -- bash -c '"_qs
-                   + QString(script).replace(u'\'', u"'\\''"_qs) + u'\'');
-    };
-    EXPECT_EQ(session(u"secret"_qs, u"$saved save a one; $saved"_qs),
+    EXPECT_EQ(runWithKeyring(u"secret"_qs, u"$saved save a one settle; $saved"_qs),
               (QStringList{u"[]"_qs, u"[a=one]"_qs, u"[a=one]"_qs}));
     EXPECT_TRUE(sealed().isEmpty());
-    EXPECT_EQ(session(QString(), u"$saved save b two; $saved"_qs),
+    EXPECT_EQ(runWithKeyring(QString(), u"$saved save b two; $saved"_qs),
               (QStringList{u"[] unavailable"_qs, u"[b=two]"_qs, u"[b=two] unavailable"_qs}));
-    EXPECT_EQ(session(u"secret"_qs, u"$saved; $saved"_qs),
+    EXPECT_EQ(runWithKeyring(u"secret"_qs, u"$saved settle; $saved"_qs),
               (QStringList{u"[b=two a=one]"_qs, u"[b=two a=one]"_qs}));
+    EXPECT_TRUE(sealed().isEmpty());
+    // What is removed meanwhile does not come back.
+    EXPECT_EQ(runWithKeyring(QString(), u"$saved save b two remove b"_qs),
+              (QStringList{u"[] unavailable"_qs, u"[b=two]"_qs, u"[]"_qs}));
+    EXPECT_EQ(runWithKeyring(u"secret"_qs, u"$saved; $saved"_qs),
+              (QStringList{u"[a=one]"_qs, u"[a=one]"_qs}));
+}
+
+TEST_F(SavedConnections, areClearedAltogetherOrNotAtAll)
+{
+    runWithKeyring(u"secret"_qs, u"$saved save a one settle"_qs);
+    EXPECT_EQ(runWithKeyring(QString(), u"$saved clear save b two"_qs),
+              (QStringList{u"[] unavailable"_qs, u"[] unavailable"_qs, u"[b=two]"_qs}));
+    EXPECT_EQ(runWithKeyring(u"secret"_qs, u"$saved clear; $saved"_qs),
+              (QStringList{u"[b=two a=one]"_qs, u"[]"_qs, u"[]"_qs}));
+    EXPECT_TRUE(sealed().isEmpty());
 }
 
 TEST_F(SavedConnections, doNotWaitForAServiceThatSaysNothing)
@@ -105,6 +125,49 @@ TEST_F(SavedConnections, doNotWaitForAServiceThatSaysNothing)
     ASSERT_TRUE(silent.listen(folder() + u".bus"_qs));
     EXPECT_EQ(run(u"$saved save a one"_qs, u"unix:path="_qs + silent.fullServerName()),
               (QStringList{u"[]"_qs, u"[a=one]"_qs}));
+}
+
+TEST_F(SavedConnections, areSafeWhenTheProgramEndsAtOnce)
+{
+    QLocalServer silent;
+    ASSERT_TRUE(silent.listen(folder() + u".bus"_qs));
+    EXPECT_EQ(run(u"$saved save a one quit; $saved"_qs, u"unix:path="_qs + silent.fullServerName()),
+              (QStringList{u"[]"_qs, u"[a=one]"_qs}));
+    EXPECT_EQ(run(u"$saved remove a quit; $saved"_qs), (QStringList{u"[a=one]"_qs, u"[]"_qs}));
+    // The service took it just before.
+    EXPECT_EQ(runWithKeyring(u"secret"_qs, u"$saved save b two settle remove b quit; $saved"_qs),
+              (QStringList{u"[]"_qs, u"[b=two]"_qs, u"[]"_qs}));
+}
+
+// One program starts before, and saves after, two others that come and go.
+const QString manyPrograms =
+    u"$saved save a one settle run \"$saved save x two save b three settle\" save c four "
+    "settle run \"$saved remove x remove a settle\" save b; $saved"_qs;
+const QStringList whatManyProgramsPrint{u"[]"_qs,
+                                        u"[a=one]"_qs,
+                                        u"[a=one]"_qs,
+                                        u"[x=two a=one]"_qs,
+                                        u"[b=three x=two a=one]"_qs,
+                                        u"[c=four a=one]"_qs,
+                                        u"[c=four b=three x=two a=one]"_qs,
+                                        u"[c=four b=three a=one]"_qs,
+                                        u"[c=four b=three]"_qs};
+
+TEST_F(SavedConnections, areThoseOfAllProgramsThatRun)
+{
+    QStringList lines = run(manyPrograms);
+    EXPECT_EQ(lines.takeLast(), u"[b=three c=four]"_qs);
+    EXPECT_EQ(lines.first(whatManyProgramsPrint.size()), whatManyProgramsPrint);
+    EXPECT_EQ(run(u"for name in a b c d; do $saved save 1$name x save 2$name x remove 1$name & "
+                  "done >/dev/null; wait; $saved | tr ' ' '\\n' | grep -c '[12].=x'"_qs),
+              QStringList{u"4"_qs});
+}
+
+TEST_F(SavedConnections, areThoseOfAllProgramsThatShareAKeyring)
+{
+    QStringList lines = runWithKeyring(u"secret"_qs, manyPrograms);
+    EXPECT_EQ(lines.takeLast(), u"[b=three c=four]"_qs);
+    EXPECT_EQ(lines.first(whatManyProgramsPrint.size()), whatManyProgramsPrint);
 }
 
 TEST(PostgresRecentConnection, isUpdatedAndRemovedByItsId)
@@ -131,6 +194,52 @@ TEST(PostgresRecentConnection, isUpdatedAndRemovedByItsId)
     list.removeConnection(edited, count);
     EXPECT_TRUE(list.recentConnections().isEmpty());
     EXPECT_TRUE(DXWait::until([&done] { return done == 3; }));
+    EXPECT_TRUE(::SavedConnections::areStored(folder.path(), u"key"_qs));
+}
+
+TEST(PostgresRecentConnection, staysRemovedWhenItWasSavedDuringALoad)
+{
+    const QTemporaryDir folder;
+    auto &store = ::SavedConnections::storeIn(folder.path());
+    auto &list = ::SavedConnections::listOf<PostgresRecentConnection>(u"key"_qs, store);
+    int done = 0;
+    const auto count = [&done](const DXError &) { ++done; };
+    const auto record = std::make_shared<PostgresRecentConnection>();
+    list.load(count);
+    list.updateRecentConnection(record, count);
+    ASSERT_TRUE(DXWait::until([&done] { return done == 2; }));
+    list.removeConnection(record, count);
+    ASSERT_TRUE(DXWait::until([&done] { return done == 3; }));
+    EXPECT_TRUE(::SavedConnections::areStored(folder.path(), u"key"_qs));
+    auto &later = ::SavedConnections::listOf<PostgresRecentConnection>(u"key"_qs, store);
+    later.load(count);
+    ASSERT_TRUE(DXWait::until([&done] { return done == 4; }));
+    EXPECT_TRUE(later.recentConnections().isEmpty());
+}
+
+TEST(PostgresRecentConnection, keepsTheIdThatItIsGiven)
+{
+    const QTemporaryDir folder;
+    auto &store = ::SavedConnections::storeIn(folder.path());
+    QCborMap archive = PostgresRecentConnection().encode();
+    archive.remove(QLatin1String("connectionId"));
+    int done = 0;
+    const auto count = [&done](const DXError &) { ++done; };
+    const QString text = QString::fromLatin1(QCborValue(QCborArray{archive}).toCbor().toBase64());
+    store.write(u"key"_qs, text, count);
+    ASSERT_TRUE(DXWait::until([&done] { return done == 1; }));
+    auto &list = ::SavedConnections::listOf<PostgresRecentConnection>(u"key"_qs, store);
+    list.load(count);
+    ASSERT_TRUE(DXWait::until([&done] { return done == 2; }));
+    const QString id = list.recentConnections().at(0)->connectionId();
+    EXPECT_FALSE(id.isEmpty());
+    const DXSealedFile file(folder.path());
+    EXPECT_TRUE(DXWait::until([&] { return file.read(u"key"_qs, nullptr) != text; }));
+    auto &later = ::SavedConnections::listOf<PostgresRecentConnection>(u"key"_qs, store);
+    later.load(count);
+    ASSERT_TRUE(DXWait::until([&done] { return done == 3; }));
+    EXPECT_EQ(later.recentConnections().at(0)->connectionId(), id);
+    EXPECT_EQ(list.recentConnections().at(0)->connectionId(), id);
 }
 
 TEST(PostgresRecentConnection, archivesEverythingButUnwantedPasswords)
