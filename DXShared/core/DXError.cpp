@@ -73,6 +73,19 @@ DXError DXError::withDetail(const QString &key, const QVariant &value) const
     return {domain(), code(), description(), extended};
 }
 
+QString DXError::withoutQuotedLine(const QString &message)
+{
+    QStringList lines = message.split(u'\n');
+    for (qsizetype index = 0; index + 1 < lines.size(); ++index) {
+        if (lines[index].startsWith(QLatin1String("LINE "))
+            && lines[index + 1].trimmed().startsWith(u'^')) {
+            lines.remove(index, 2);
+            break;
+        }
+    }
+    return lines.join(u'\n');
+}
+
 void DXError::report(DXError *slot, const DXError &error)
 {
     if (slot)

@@ -49,6 +49,10 @@ public:
     /// The same error with value under key in its details, beside what was there.
     DXError withDetail(const QString &key, const QVariant &value) const;
 
+    /// A server's message without the line of the query that some client libraries quote in it,
+    /// with a caret below (libpq does, PQresultErrorMessage): for where the place is marked better.
+    static QString withoutQuotedLine(const QString &message);
+
     /// Puts error into slot; does nothing when slot is null. The one way in which slots are filled.
     static void report(DXError *slot, const DXError &error);
 

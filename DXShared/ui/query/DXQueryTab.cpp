@@ -51,19 +51,6 @@ QWidget *withFindBar(DXSQLEditor &editor)
     return widget;
 }
 
-// libpq quotes the failing line in its message, which the mark in the text shows better.
-QString withoutQuotedLine(const QString &message)
-{
-    QStringList lines = message.trimmed().split(u'\n');
-    for (qsizetype at = 0; at + 1 < lines.size(); ++at) {
-        if (lines[at].startsWith(u"LINE ") && lines[at + 1].trimmed().startsWith(u'^')) {
-            lines.remove(at, 2);
-            break;
-        }
-    }
-    return lines.join(u'\n');
-}
-
 } // namespace
 
 DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
@@ -223,7 +210,7 @@ void DXQueryTab::report(const DXQueryResultDetails &details)
     for (const DXQueryMessage &message : details.messages()) {
         if (message.color == DXMessageColor::Red)
             m_lastFailure = message.text;
-        const QString text = withoutQuotedLine(message.text);
+        const QString text = DXError::withoutQuotedLine(message.text).trimmed();
         const QString line = QLocale().toString(details.calculatedLineNumber() + 1);
         m_messages->append(message.color == DXMessageColor::Red ? DXMessageView::Kind::Error
                                                                 : DXMessageView::Kind::Success,

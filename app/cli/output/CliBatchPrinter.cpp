@@ -79,7 +79,7 @@ void CliBatchPrinter::printFailure(const DXError &error, const QString &text)
 {
     const QString mark = CliErrorMark::render(text, error.queryErrorRanges());
     const QString message =
-        mark.isEmpty() ? error.description() : CliErrorMark::withoutQuotedLine(error.description());
+        mark.isEmpty() ? error.description() : DXError::withoutQuotedLine(error.description());
     m_init.console.error(message.trimmed());
     if (!mark.isEmpty())
         m_init.console.note(mark);

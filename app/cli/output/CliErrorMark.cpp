@@ -74,16 +74,3 @@ QString CliErrorMark::render(const QString &text, const QList<DXTextRange> &rang
     }
     return lines.join(u'\n');
 }
-
-QString CliErrorMark::withoutQuotedLine(const QString &message)
-{
-    QStringList lines = message.split(u'\n');
-    for (qsizetype index = 0; index + 1 < lines.size(); ++index) {
-        if (lines[index].startsWith(QLatin1String("LINE "))
-            && lines[index + 1].trimmed() == QLatin1String("^")) {
-            lines.remove(index, 2);
-            break;
-        }
-    }
-    return lines.join(u'\n');
-}

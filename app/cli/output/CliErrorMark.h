@@ -17,8 +17,4 @@ namespace CliErrorMark
 /// break.
 QString render(const QString &text, const QList<DXTextRange> &ranges);
 
-/// The message without the quotation of the failing line that the server's client library puts into
-/// it ("LINE n: …" and the caret below), which the mark replaces.
-QString withoutQuotedLine(const QString &message);
-
 } // namespace CliErrorMark

@@ -81,13 +81,4 @@ TEST(CliErrorMark, CutsALongLineAroundTheMark)
     EXPECT_TRUE(lines[1].endsWith(u" ^^^^"_qs));
 }
 
-TEST(CliErrorMark, TakesTheQuotedLineOutOfAMessage)
-{
-    EXPECT_EQ(
-        CliErrorMark::withoutQuotedLine(u"ERROR:  no\nLINE 1: selec\n        ^\nHINT:  Try."_qs),
-        u"ERROR:  no\nHINT:  Try."_qs);
-    EXPECT_EQ(CliErrorMark::withoutQuotedLine(u"ERROR:  LINE 1: a\nLINE 2: b"_qs),
-              u"ERROR:  LINE 1: a\nLINE 2: b"_qs);
-}
-
 } // namespace
