@@ -4,6 +4,7 @@
 
 #include "desktop/ActionSet.h"
 #include "desktop/Documents.h"
+#include "ui/DXSaveDialog.h"
 #include "ui/query/DXQueryTab.h"
 
 #include <QFileDialog>
@@ -38,17 +39,11 @@ void FileCommands::chooseFileToSave()
 {
     if (!m_documents.current())
         return;
-    auto *const dialog = new QFileDialog(&m_window, tr("Save as"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(QStringLiteral("sql"));
-    dialog->setNameFilters({tr("SQL files (*.sql)"), tr("All files (*)")});
-    connect(dialog, &QFileDialog::fileSelected, this,
-            [this, tab = QPointer(m_documents.current())](const QString &path) {
-                if (tab)
-                    m_documents.saveAs(*tab, path);
-            });
-    dialog->open();
+    DXSaveDialog::open(&m_window, tr("Save as"), DXSaveDialog::FileType::Sql,
+                       [this, tab = QPointer(m_documents.current())](const QString &path) {
+                           if (tab)
+                               m_documents.saveAs(*tab, path);
+                       });
 }
 
 void FileCommands::fillRecentFiles(QMenu &menu)

@@ -3,10 +3,10 @@
 #include "ui/results/DXResultPage.h"
 
 #include "dispatch/DXDispatch.h"
+#include "ui/DXSaveDialog.h"
 #include "ui/results/DXResultGrid.h"
 #include "ui/results/DXResultModel.h"
 
-#include <QFileDialog>
 #include <QLocale>
 #include <QMenu>
 #include <QPointer>
@@ -95,13 +95,8 @@ void DXResultPage::copy(DXResultText::Format format)
 
 void DXResultPage::saveAsCsv()
 {
-    auto *const dialog = new QFileDialog(this, tr("Save as CSV"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(QStringLiteral("csv"));
-    dialog->setNameFilters({tr("CSV files (*.csv)"), tr("All files (*)")});
-    connect(dialog, &QFileDialog::fileSelected, this, &DXResultPage::writeCsv);
-    dialog->open();
+    DXSaveDialog::open(this, tr("Save as CSV"), DXSaveDialog::FileType::Csv,
+                       [this](const QString &path) { writeCsv(path); });
 }
 
 void DXResultPage::writeCsv(const QString &path)
