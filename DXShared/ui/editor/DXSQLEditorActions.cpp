@@ -47,37 +47,37 @@ void DXSQLEditorActions::addTo(DXSQLEditor &editor)
         return QList<QKeySequence>{QKeySequence(QLatin1String(key))};
     };
     const QList<Command> commands = {
-        {u"comment"_qs, DXSQLEditor::tr("Comment Lines"), keys("Ctrl+/"),
+        {u"comment"_qs, DXSQLEditor::tr("Comment lines"), keys("Ctrl+/"),
          [&editor] { editor.toggleComment(); }},
-        {u"moveUp"_qs, DXSQLEditor::tr("Move Lines Up"), keys("Ctrl+Shift+Up"),
+        {u"moveUp"_qs, DXSQLEditor::tr("Move lines up"), keys("Ctrl+Shift+Up"),
          sending(editor, Base::SCI_MOVESELECTEDLINESUP)},
-        {u"moveDown"_qs, DXSQLEditor::tr("Move Lines Down"), keys("Ctrl+Shift+Down"),
+        {u"moveDown"_qs, DXSQLEditor::tr("Move lines down"), keys("Ctrl+Shift+Down"),
          sending(editor, Base::SCI_MOVESELECTEDLINESDOWN)},
-        {u"duplicate"_qs, DXSQLEditor::tr("Duplicate Lines"), keys("Ctrl+Shift+D"),
+        {u"duplicate"_qs, DXSQLEditor::tr("Duplicate lines"), keys("Ctrl+Shift+D"),
          [&editor] { editor.duplicateLines(); }},
-        {u"deleteLine"_qs, DXSQLEditor::tr("Delete Line"), keys("Ctrl+Shift+K"),
+        {u"deleteLine"_qs, DXSQLEditor::tr("Delete line"), keys("Ctrl+Shift+K"),
          sending(editor, Base::SCI_LINEDELETE)},
-        {u"selectNext"_qs, DXSQLEditor::tr("Add Next Occurrence to Selection"), keys("Ctrl+D"),
+        {u"selectNext"_qs, DXSQLEditor::tr("Add next occurrence to selection"), keys("Ctrl+D"),
          [&editor] {
              editor.SendScintilla(Base::SCI_TARGETWHOLEDOCUMENT);
              editor.SendScintilla(Base::SCI_MULTIPLESELECTADDNEXT);
          }},
-        {u"selectAll"_qs, DXSQLEditor::tr("Select All Occurrences"), keys("Ctrl+Shift+L"),
+        {u"selectAll"_qs, DXSQLEditor::tr("Select all occurrences"), keys("Ctrl+Shift+L"),
          [&editor] {
              editor.SendScintilla(Base::SCI_TARGETWHOLEDOCUMENT);
              editor.SendScintilla(Base::SCI_MULTIPLESELECTADDEACH);
          }},
-        {u"fold"_qs, DXSQLEditor::tr("Fold or Unfold"), keys("Ctrl+Shift+["),
+        {u"fold"_qs, DXSQLEditor::tr("Fold or unfold"), keys("Ctrl+Shift+["),
          [&editor] { editor.toggleFoldAtCaret(); }},
-        {u"foldAll"_qs, DXSQLEditor::tr("Fold All"), keys("Ctrl+Alt+["),
+        {u"foldAll"_qs, DXSQLEditor::tr("Fold all"), keys("Ctrl+Alt+["),
          [&editor] { editor.foldAll(); }},
-        {u"unfoldAll"_qs, DXSQLEditor::tr("Unfold All"), keys("Ctrl+Alt+]"),
+        {u"unfoldAll"_qs, DXSQLEditor::tr("Unfold all"), keys("Ctrl+Alt+]"),
          [&editor] { editor.unfoldAll(); }},
-        {u"zoomIn"_qs, DXSQLEditor::tr("Larger Text"), keys("Ctrl++") + keys("Ctrl+="),
+        {u"zoomIn"_qs, DXSQLEditor::tr("Larger text"), keys("Ctrl++") + keys("Ctrl+="),
          [&editor] { editor.zoomIn(); }},
-        {u"zoomOut"_qs, DXSQLEditor::tr("Smaller Text"), keys("Ctrl+-"),
+        {u"zoomOut"_qs, DXSQLEditor::tr("Smaller text"), keys("Ctrl+-"),
          [&editor] { editor.zoomOut(); }},
-        {u"zoomReset"_qs, DXSQLEditor::tr("Normal Text Size"), keys("Ctrl+0"),
+        {u"zoomReset"_qs, DXSQLEditor::tr("Normal text size"), keys("Ctrl+0"),
          [&editor] { editor.zoomTo(0); }},
     };
     for (const Command &command : commands)
