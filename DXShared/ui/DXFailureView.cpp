@@ -4,11 +4,13 @@
 
 #include "ui/DXTheme.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QEvent>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPlainTextEdit>
@@ -26,11 +28,14 @@ constexpr int mostLines = 8;
 
 } // namespace
 
-DXFailureView::DXFailureView(QWidget *parent)
+DXFailureView::DXFailureView(Place place, QWidget *parent)
     : QFrame(parent)
+    , m_place(place)
     , m_headline(new QLabel)
-    , m_text(new QPlainTextEdit)
+    , m_buttons(new QHBoxLayout)
+    , m_details(new QPushButton(tr("Details")))
     , m_copy(new QPushButton(tr("Copy error")))
+    , m_text(new QPlainTextEdit)
 {
     m_headline->setTextFormat(Qt::PlainText);
     m_headline->setWordWrap(true);
@@ -42,21 +47,41 @@ DXFailureView::DXFailureView(QWidget *parent)
     // Servers point with a caret at what stands above it.
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_text->document()->setDocumentMargin(0);
-    m_copy->setAutoDefault(false);
-    connect(m_copy, &QPushButton::clicked, this, [this] {
-        QGuiApplication::clipboard()->setText((headline() + u'\n' + text()).trimmed());
-    });
+    createButtons();
 
+    const int edge = place == Place::Sheet ? 12 : 8;
     auto *const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(barWidth + 12, 12, 12, 12);
+    layout->setContentsMargins(barWidth + 12, edge, edge, edge);
     layout->setSpacing(8);
     auto *const top = new QHBoxLayout;
     top->setSpacing(8);
     top->addWidget(m_headline, 1);
-    top->addWidget(m_copy, 0, Qt::AlignTop);
+    top->addLayout(m_buttons);
+    top->setAlignment(m_buttons, Qt::AlignTop);
     layout->addLayout(top);
     layout->addWidget(m_text);
     applyTheme();
+}
+
+void DXFailureView::createButtons()
+{
+    m_buttons->setSpacing(8);
+    m_details->setCheckable(true);
+    m_details->setChecked(m_place == Place::Sheet);
+    connect(m_details, &QPushButton::toggled, m_text, &QWidget::setVisible);
+    connect(m_copy, &QPushButton::clicked, this, [this] {
+        QGuiApplication::clipboard()->setText((headline() + u'\n' + text()).trimmed());
+    });
+    m_buttons->addWidget(m_details);
+    m_buttons->addWidget(m_copy);
+    if (m_place == Place::Window) {
+        auto *const close = new QPushButton(tr("Close"));
+        connect(close, &QPushButton::clicked, this, &DXFailureView::closeRequested);
+        m_buttons->addWidget(close);
+    }
+    // Return in a sheet means the sheet's own button.
+    for (QPushButton *const button : {m_details, m_copy})
+        button->setAutoDefault(false);
 }
 
 QString DXFailureView::headline() const
@@ -79,16 +104,46 @@ void DXFailureView::showNote(const QString &headline)
     tell(Kind::Note, headline, QString());
 }
 
+void DXFailureView::addRemedy(const QString &title, const std::function<void()> &apply)
+{
+    auto *const button = new QPushButton(title);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, apply);
+    m_buttons->insertWidget(0, button);
+}
+
+void DXFailureView::focusButtons()
+{
+    for (int index = 0; index < m_buttons->count(); ++index) {
+        QWidget *const button = m_buttons->itemAt(index)->widget();
+        if (button->isVisibleTo(this)) {
+            button->setFocus(Qt::ShortcutFocusReason);
+            return;
+        }
+    }
+}
+
 void DXFailureView::tell(Kind kind, const QString &headline, const QString &text)
 {
     m_kind = kind;
     m_copy->setVisible(kind == Kind::Failure);
+    m_details->setVisible(m_place == Place::Window && !text.isEmpty());
     m_headline->setText(headline);
     m_text->setPlainText(text);
-    m_text->setVisible(!text.isEmpty());
+    m_text->setVisible(m_details->isChecked() && !text.isEmpty());
     applyTheme();
     fitText();
     show();
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void DXFailureView::keyPressEvent(QKeyEvent *event)
+{
+    if (m_place == Place::Window && event->key() == Qt::Key_Escape)
+        Q_EMIT closeRequested();
+    else
+        QFrame::keyPressEvent(event);
 }
 
 void DXFailureView::fitText()
@@ -129,6 +184,8 @@ void DXFailureView::paintEvent(QPaintEvent *event)
     const DXTheme &theme = DXTheme::of(palette());
     QPainter painter(this);
     painter.fillRect(rect(), theme.surface);
+    if (m_place == Place::Window)
+        painter.fillRect(QRect(0, height() - 1, width(), 1), theme.border);
     painter.fillRect(QRect(0, 0, barWidth, height()),
                      m_kind == Kind::Failure ? theme.danger : theme.secondaryText);
 }

@@ -5,7 +5,11 @@
 #include "core/DXGlobal.h"
 
 #include <QFrame>
+#include <QString>
 
+#include <functional>
+
+class QHBoxLayout;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
@@ -18,28 +22,45 @@ class DXSHARED_EXPORT DXFailureView final : public QFrame
     Q_OBJECT
 
 public:
-    explicit DXFailureView(QWidget *parent = nullptr);
+    /// A sheet shows one view, with all it has to say, until the sheet is closed. In a window it
+    /// stays until it is put away (a button, or Esc), with the details folded in.
+    enum class Place { Sheet, Window };
+
+    explicit DXFailureView(Place place = Place::Sheet, QWidget *parent = nullptr);
 
     QString headline() const;
     QString text() const;
     /// Shows itself; text may be empty.
     void showFailure(const QString &headline, const QString &text);
     void showNote(const QString &headline);
+    /// Offers a remedy beside the headline.
+    void addRemedy(const QString &title, const std::function<void()> &apply);
+    /// Gives the focus to its first button.
+    void focusButtons();
+
+Q_SIGNALS:
+    /// The user has read it.
+    void closeRequested();
 
 protected:
     void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     enum class Kind { Failure, Note };
 
+    void createButtons();
     void tell(Kind kind, const QString &headline, const QString &text);
     void applyTheme();
     void fitText();
 
+    const Place m_place;
     Kind m_kind = Kind::Failure;
     QLabel *const m_headline;
-    QPlainTextEdit *const m_text;
+    QHBoxLayout *const m_buttons;
+    QPushButton *const m_details;
     QPushButton *const m_copy;
+    QPlainTextEdit *const m_text;
 };

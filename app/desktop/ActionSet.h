@@ -51,6 +51,7 @@ public:
         SearchTree,
         GoToObject,
         CommandPalette,
+        GoToFailure,
         Refresh,
         AppearanceSystem,
         AppearanceLight,

@@ -23,7 +23,7 @@ void ConnectionDialogs::create()
     if (const auto details = m_connections.createDetails())
         edit(*details);
     else
-        Q_EMIT announced(tr("There is no driver to connect with."));
+        Q_EMIT failed(QStringLiteral("driver"), tr("There is no driver to connect with."), {});
 }
 
 void ConnectionDialogs::edit(const DabroDBC &details)
@@ -61,9 +61,11 @@ void ConnectionDialogs::connectTo(const std::shared_ptr<SQLRecentConnection> &re
                 return;
             }
             details->recentConnectionClass()->updateRecentConnection(
-                record, [this](const DXError &error) {
+                record, [this, record](const DXError &error) {
                     if (error)
-                        Q_EMIT announced(error.description());
+                        Q_EMIT failed(record->connectionId(),
+                                      tr("The list of connections could not be saved."),
+                                      error.description().trimmed());
                 });
             Q_EMIT connected(details);
         });

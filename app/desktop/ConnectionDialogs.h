@@ -33,6 +33,8 @@ Q_SIGNALS:
     void connected(const std::shared_ptr<DabroDBC> &details);
     /// What goes on, for the user.
     void announced(const QString &message);
+    /// What could not be done; about names it.
+    void failed(const QString &about, const QString &headline, const QString &details);
 
 private:
     std::shared_ptr<DXConnectionWindowController> controller(const DabroDBC &details);

@@ -54,8 +54,8 @@ void Connections::loadDrivers()
     if (std::exchange(m_isLoaded, true))
         return;
     m_drivers = DXDriverLoader::load(DXDriverLoader::searchPath());
-    for (const DXDriverLoader::Refusal &refusal : std::as_const(m_drivers.refusals))
-        DXLog(QStringLiteral("%1: %2").arg(refusal.path, refusal.reason));
+    if (!m_drivers.refusals.isEmpty())
+        DXLog(refusals());
 }
 
 QString Connections::product(const DabroDBC &details) const
@@ -66,6 +66,14 @@ QString Connections::product(const DabroDBC &details) const
             return driver.metadata.displayName;
     }
     return {};
+}
+
+QString Connections::refusals() const
+{
+    QStringList lines;
+    for (const DXDriverLoader::Refusal &refusal : m_drivers.refusals)
+        lines += refusal.path + QStringLiteral(": ") + refusal.reason;
+    return lines.join(u'\n');
 }
 
 std::shared_ptr<DabroDBC> Connections::createDetails() const

@@ -41,6 +41,8 @@ public:
     /// Loads the drivers, unless that is done; what was refused is logged.
     void loadDrivers();
     bool hasDriver() const { return !m_drivers.drivers.isEmpty(); }
+    /// The drivers that were not loaded and why, a line each.
+    QString refusals() const;
     /// The name of the servers that details connect to, such as "PostgreSQL".
     QString product(const DabroDBC &details) const;
     /// A record of the first driver, for a new connection or an editor without one; null when there

@@ -6,13 +6,20 @@
 #include "core/DXError.h"
 #include "desktop/Documents.h"
 #include "dispatch/DXDispatch.h"
+#include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXQueryTab.h"
 
 #include <QDir>
 #include <QPointer>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <utility>
+
+namespace
+{
+const QLatin1String writingKey("journal");
+}
 
 DocumentJournal::DocumentJournal(Documents &documents, QObject *parent)
     : QObject(parent)
@@ -39,8 +46,7 @@ void DocumentJournal::open()
             if (*journal)
                 self->opened(std::move(*journal));
             else
-                Q_EMIT self->failed(tr("What you type cannot be kept on disk: %1")
-                                        .arg(error.description().trimmed()));
+                self->tellOfWriting(error);
         });
     });
 }
@@ -48,13 +54,9 @@ void DocumentJournal::open()
 void DocumentJournal::opened(std::unique_ptr<DXTextJournal> journal)
 {
     m_journal = std::move(journal);
-    m_journal->setFailureHandler([this](const DXError &error) {
-        if (error)
-            Q_EMIT failed(
-                tr("What you type cannot be kept on disk: %1").arg(error.description().trimmed()));
-    });
+    m_journal->setFailureHandler([this](const DXError &error) { tellOfWriting(error); });
     for (const QString &file : m_journal->unreadFiles())
-        Q_EMIT failed(tr("A text could not be restored; it is still in %1.").arg(file));
+        Q_EMIT failed(file, tr("A text could not be restored; it is still in %1.").arg(file), {});
     DXQueryTab *const current = m_documents.current();
     for (const DXTextRecord &record : m_journal->records()) {
         if (DXQueryTab *const tab = m_documents.add(record))
@@ -66,11 +68,27 @@ void DocumentJournal::opened(std::unique_ptr<DXTextJournal> journal)
         keep(tab);
 }
 
-void DocumentJournal::flush()
+void DocumentJournal::tellOfWriting(const DXError &error)
 {
-    DXError error;
-    if (m_journal && !m_journal->flush(&error))
-        Q_EMIT failed(error.description());
+    if (error)
+        Q_EMIT failed(writingKey,
+                      tr("What you type is not kept on disk: save it into files before you quit."),
+                      error.description().trimmed());
+    else
+        Q_EMIT settled(writingKey);
+}
+
+bool DocumentJournal::flush(DXError *error)
+{
+    if (m_journal)
+        return m_journal->flush(error);
+    const bool hasText = std::ranges::any_of(m_early, [this](const DXQueryTab *tab) {
+        const bool isInFile = !m_documents.path(*tab).isNull() && !tab->editor().isModified();
+        return !isInFile && tab->editor().length() > 0;
+    });
+    if (hasText)
+        DXError::report(error, DXError(QString(), 0, tr("its folder cannot be used")));
+    return !hasText;
 }
 
 void DocumentJournal::keep(DXQueryTab *tab)

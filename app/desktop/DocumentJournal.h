@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/DXError.h"
+
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -25,17 +27,21 @@ public:
     /// Reads in the background what was kept, and opens it in tabs.
     void open();
     bool isOpen() const { return m_journal != nullptr; }
-    /// Writes what changed last: before the tabs go.
-    void flush();
+    /// Writes what changed last, before the tabs go. *Result decides*: false, with error set, when
+    /// text would be lost with them.
+    bool flush(DXError *error);
 
 Q_SIGNALS:
     /// A tab came back whose connection has this identity; it has none yet.
     void restored(DXQueryTab *tab, const QString &connectionId);
-    /// What cannot be kept, for the user.
-    void failed(const QString &message);
+    /// What cannot be kept or had back, for the user; about names the trouble.
+    void failed(const QString &about, const QString &headline, const QString &details);
+    /// The trouble is over.
+    void settled(const QString &about);
 
 private:
     void opened(std::unique_ptr<DXTextJournal> journal);
+    void tellOfWriting(const DXError &error);
     void keep(DXQueryTab *tab);
     void forget(DXQueryTab *tab);
 

@@ -3,24 +3,27 @@
 #include "desktop/Documents.h"
 
 #include "client/DabroDBC.h"
+#include "desktop/TextFile.h"
 #include "dispatch/DXDispatch.h"
+#include "ui/DXFailureList.h"
 #include "ui/DXIcon.h"
 #include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXQuerySession.h"
 #include "ui/query/DXQueryTab.h"
 
 #include <QEvent>
-#include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
-#include <QSaveFile>
 #include <QSettings>
-#include <QStringDecoder>
 #include <QTabBar>
+#include <QTimer>
 #include <QToolButton>
 #include <QUuid>
+
+#include <chrono>
 
 namespace
 {
@@ -28,27 +31,9 @@ namespace
 constexpr int mostClosed = 20;
 constexpr int mostRecent = 10;
 const QLatin1String recentKey("recentFiles");
-
-struct Content
-{
-    QByteArray bytes;
-    QString text;
-    QString failure;
-};
-
-Content read(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QFile::ReadOnly))
-        return {{}, {}, file.errorString()};
-    const QByteArray bytes = file.readAll();
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder(bytes);
-    if (decoder.hasError())
-        return {{}, {}, Documents::tr("it is not a text in UTF-8")};
-    return {bytes, text, {}};
-}
-
+// What a tab's failures say about its file.
+const QLatin1String fileKey("file");
+constexpr std::chrono::milliseconds settles{200};
 } // namespace
 
 Documents::Documents(QWidget *parent)
@@ -61,6 +46,7 @@ Documents::Documents(QWidget *parent)
     connect(this, &QTabWidget::currentChanged, this,
             [this] { Q_EMIT currentTabChanged(current()); });
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &Documents::fileChanged);
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &Documents::watchAgain);
 }
 
 DXQueryTab *Documents::current() const
@@ -86,7 +72,7 @@ DXQueryTab *Documents::add(const DXTextRecord &record)
     Document document{.id = record.id, .title = record.title, .path = record.filePath};
     // What was in the file then may no longer be; the text is compared with what is there now.
     if (!record.filePath.isNull())
-        document.content = read(record.filePath).bytes;
+        document.content = TextFile::read(record.filePath).bytes;
     ++m_lastNumber;
     DXQueryTab *const tab = insert(document, nullptr, record.text);
     if (!tab)
@@ -196,19 +182,6 @@ void Documents::requestClose(DXQueryTab *tab)
     }
 }
 
-bool Documents::askToQuit(const std::function<void()> &quit)
-{
-    for (DXQueryTab *const tab : all()) {
-        if (tab->session().isInTransaction()) {
-            setCurrentWidget(tab);
-            ask(*tab, tr("A transaction is open in \"%1\". Quitting rolls it back."),
-                {{tr("Roll back and quit"), quit}});
-            return true;
-        }
-    }
-    return false;
-}
-
 void Documents::ask(DXQueryTab &tab, const QString &text, const QList<Answer> &answers)
 {
     auto *const question =
@@ -255,6 +228,11 @@ void Documents::step(int tabs)
         setCurrentIndex((currentIndex() + tabs + count()) % count());
 }
 
+QString Documents::title(const DXQueryTab &tab) const
+{
+    return m_documents.value(&tab).title;
+}
+
 QString Documents::path(const DXQueryTab &tab) const
 {
     return m_documents.value(&tab).path;
@@ -269,9 +247,9 @@ void Documents::openFile(const QString &path, const std::shared_ptr<DabroDBC> &d
             return;
         }
     }
-    const Content content = read(absolute);
+    const TextFile content = TextFile::read(absolute);
     if (!content.failure.isNull()) {
-        Q_EMIT failed(tr("Could not open %1: %2.").arg(path, content.failure));
+        Q_EMIT failed(absolute, tr("Could not open %1: %2.").arg(path, content.failure), {});
         return;
     }
     insert({.title = QFileInfo(absolute).fileName(), .path = absolute, .content = content.bytes},
@@ -292,51 +270,88 @@ void Documents::saveAs(DXQueryTab &tab, const QString &path)
 {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     const QByteArray bytes = tab.editor().text().toUtf8();
-    QSaveFile file(absolute);
     Document &document = m_documents[&tab];
     if (!document.path.isNull())
         m_watcher.removePath(document.path);
-    const bool isSaved =
-        file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-    if (isSaved) {
+    const QString failure = TextFile::write(absolute, bytes);
+    if (failure.isNull()) {
         document = {document.id, QFileInfo(absolute).fileName(), absolute, bytes};
         tab.editor().setModified(false);
+        tab.failures().settle(fileKey);
         updateTitle(tab);
         remember(absolute);
     } else {
-        Q_EMIT failed(tr("Could not save %1: %2. The text is still in its tab.")
-                          .arg(absolute, file.errorString()));
+        tab.failures().showFailure(
+            fileKey, tr("Could not save %1: %2. The text is still in its tab; save it elsewhere.")
+                         .arg(absolute, failure));
     }
     if (!document.path.isNull())
         m_watcher.addPath(document.path);
 }
 
-// Another program's changes are taken over where nothing is lost by it.
 void Documents::fileChanged(const QString &path)
 {
-    for (DXQueryTab *const tab : all()) {
-        Document &document = m_documents[tab];
-        if (document.path != path)
-            continue;
-        const Content content = read(path);
-        if (content.failure.isNull() && content.bytes != document.content) {
-            document.content = content.bytes;
-            if (tab->editor().isModified()) {
-                Q_EMIT failed(tr("%1 was changed by another program. Saving will replace that; "
-                                 "save under another name to keep both.")
-                                  .arg(path));
-            } else {
-                tab->editor().setText(content.text);
-                tab->editor().setModified(false);
-            }
-        } else if (!content.failure.isNull()) {
-            tab->editor().setModified(true);
-            Q_EMIT failed(tr("%1 is gone. The text is still in its tab.").arg(path));
+    // Programs that replace a file let it be gone for a moment, and end its watch.
+    QTimer::singleShot(settles, this, [this, path] {
+        for (DXQueryTab *const tab : all()) {
+            if (m_documents[tab].path == path)
+                compareWithFile(*tab);
         }
-        // Programs that replace a file end its watch.
-        if (!m_watcher.files().contains(path) && QFileInfo::exists(path))
-            m_watcher.addPath(path);
+        watchAgain();
+    });
+}
+
+// Files that were gone, or whose watch ended, are looked at again.
+void Documents::watchAgain()
+{
+    for (DXQueryTab *const tab : all()) {
+        const QString path = m_documents[tab].path;
+        if (!path.isNull() && !m_watcher.files().contains(path) && m_watcher.addPath(path))
+            compareWithFile(*tab);
     }
+}
+
+// Another program's changes are taken over where nothing is lost by it.
+void Documents::compareWithFile(DXQueryTab &tab)
+{
+    Document &document = m_documents[&tab];
+    const TextFile content = TextFile::read(document.path);
+    if (!content.failure.isNull()) {
+        tab.editor().setModified(true);
+        tab.failures().showNote(fileKey,
+                                tr("%1 cannot be read any more: %2. The text is still in its tab, "
+                                   "and saving it writes the file anew.")
+                                    .arg(document.path, content.failure));
+        return;
+    }
+    tab.failures().settle(fileKey);
+    if (content.bytes == document.content)
+        return;
+    document.content = content.bytes;
+    if (!tab.editor().isModified()) {
+        tab.editor().setText(content.text);
+        tab.editor().setModified(false);
+        return;
+    }
+    tab.failures().showNote(fileKey,
+                            tr("%1 was changed by another program. Saving replaces that; save "
+                               "under another name to keep both.")
+                                .arg(document.path),
+                            {{tr("Load the file"), [this, &tab] { takeFromFile(tab); }}});
+}
+
+void Documents::takeFromFile(DXQueryTab &tab)
+{
+    const TextFile content = TextFile::read(m_documents[&tab].path);
+    if (!content.failure.isNull()) {
+        compareWithFile(tab);
+        return;
+    }
+    m_documents[&tab].content = content.bytes;
+    // As an edit, so that what was typed is an undo away.
+    tab.editor().selectAll();
+    tab.editor().insertText(content.text);
+    tab.editor().setModified(false);
 }
 
 QStringList Documents::recentFiles()

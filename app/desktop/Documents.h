@@ -42,14 +42,12 @@ public:
     /// Closes the tab, after asking where a transaction is open or a file not saved; its text can
     /// be had back with reopen().
     void requestClose(DXQueryTab *tab);
-    /// Asks before the program ends where that rolls back a transaction, and calls quit when that
-    /// is fine; false when there is nothing to ask.
-    bool askToQuit(const std::function<void()> &quit);
     void close(DXQueryTab *tab);
     void reopen();
     bool canReopen() const { return !m_closed.isEmpty(); }
     void step(int tabs);
 
+    QString title(const DXQueryTab &tab) const;
     /// The path of the tab's file; null for none.
     QString path(const DXQueryTab &tab) const;
     /// Reads the file into a tab of its own, or goes to the one that has it.
@@ -67,8 +65,8 @@ Q_SIGNALS:
     void removed(DXQueryTab *tab);
     void textChanged(DXQueryTab *tab);
     void titleChanged();
-    /// Something that could not be done, for the user.
-    void failed(const QString &message);
+    /// What could not be opened, for the user; about names it.
+    void failed(const QString &about, const QString &headline, const QString &details);
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -101,6 +99,9 @@ private:
     void ask(DXQueryTab &tab, const QString &text, const QList<Answer> &answers);
     void updateTitle(DXQueryTab &tab);
     void fileChanged(const QString &path);
+    void compareWithFile(DXQueryTab &tab);
+    void takeFromFile(DXQueryTab &tab);
+    void watchAgain();
     void remember(const QString &path);
 
     QHash<const DXQueryTab *, Document> m_documents;

@@ -11,14 +11,17 @@
 #include "desktop/Documents.h"
 #include "desktop/FileCommands.h"
 #include "desktop/ObjectFinder.h"
+#include "desktop/OpenRequests.h"
 #include "desktop/QueryCommands.h"
+#include "desktop/QuitQuestion.h"
 #include "desktop/RestoredTabs.h"
 #include "desktop/StatusLine.h"
 #include "desktop/TargetChooser.h"
 #include "desktop/TreeCommands.h"
 #include "desktop/WelcomePage.h"
+#include "desktop/Workspace.h"
 #include "dispatch/DXDispatch.h"
-#include "ui/DXTheme.h"
+#include "ui/DXFailureList.h"
 #include "ui/connection/DXSSHPrompter.h"
 #include "ui/connection/DXSavedConnectionsView.h"
 #include "ui/editor/DXSQLEditor.h"
@@ -28,14 +31,12 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPointer>
 #include <QSettings>
 #include <QSplitter>
-#include <QStackedWidget>
 #include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -50,7 +51,6 @@ using Id = ActionSet::Id;
 const QLatin1String geometryKey("window/geometry");
 const QLatin1String splitterKey("window/sidebar");
 constexpr int sidebarWidth = 260;
-constexpr int colorLineHeight = 3;
 
 } // namespace
 
@@ -59,10 +59,13 @@ MainWindow::MainWindow()
     , m_connections(new Connections(this))
     , m_documents(new Documents)
     , m_status(new StatusLine)
+    , m_welcome(new WelcomePage)
+    , m_workspace(new Workspace(m_welcome, m_documents))
     , m_treeCommands(std::make_unique<TreeCommands>(TreeCommands::Init{
           .connections = *m_connections,
           .documents = *m_documents,
           .status = *m_status,
+          .failures = m_workspace->failures(),
           .editConnection =
               [this](const std::shared_ptr<DabroDBC> &details) { m_dialogs->edit(*details); },
           .disconnect =
@@ -70,13 +73,17 @@ MainWindow::MainWindow()
                   m_connections->close(*details, *m_tree);
               }}))
     , m_tree(new DXDatabaseTreeView(*m_treeCommands))
-    , m_welcome(new WelcomePage)
     , m_queryCommands(new QueryCommands(m_actions, this))
     , m_dialogs(new ConnectionDialogs(*m_connections, *this))
     , m_saved(new DXSavedConnectionsView)
+    , m_openRequests(new OpenRequests({.connections = *m_connections,
+                                       .documents = *m_documents,
+                                       .failures = m_workspace->failures()},
+                                      this))
     , m_files(new FileCommands(m_actions, *m_documents, *this))
     , m_journal(new DocumentJournal(*m_documents, this))
     , m_restored(new RestoredTabs(*m_connections, this))
+    , m_quitQuestion(new QuitQuestion(*m_documents, *m_journal, *this))
 {
     setWindowTitle(QApplication::applicationDisplayName());
     setStatusBar(m_status);
@@ -117,7 +124,7 @@ void MainWindow::createMenus()
                                                        {Id::NextResult, Id::PreviousResult},
                                                        {Id::CopyAs, Id::SaveCsv}});
     QMenu *const view = menuBar()->addMenu(tr("&View"));
-    m_actions.fill(*view, {{Id::CommandPalette, Id::GoToObject, Id::SearchTree},
+    m_actions.fill(*view, {{Id::CommandPalette, Id::GoToObject, Id::SearchTree, Id::GoToFailure},
                            {Id::Sidebar, Id::Refresh},
                            {Id::NextTab, Id::PreviousTab}});
     view->addSeparator();
@@ -163,23 +170,10 @@ void MainWindow::createCentre()
     side->setContentsMargins(0, 0, 0, 0);
     side->addWidget(m_tree);
 
-    m_colorLine = new QFrame;
-    m_colorLine->setFixedHeight(colorLineHeight);
-    m_colorLine->setAutoFillBackground(true);
-    auto *const work = new QWidget;
-    auto *const column = new QVBoxLayout(work);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(m_colorLine);
-    column->addWidget(m_documents);
-
-    m_centre = new QStackedWidget;
-    m_centre->addWidget(m_welcome);
-    m_centre->addWidget(work);
     m_splitter = new QSplitter;
     m_splitter->setChildrenCollapsible(false);
     m_splitter->addWidget(m_sidebar);
-    m_splitter->addWidget(m_centre);
+    m_splitter->addWidget(m_workspace);
     m_splitter->setStretchFactor(1, 1);
     m_splitter->setSizes({sidebarWidth, 1000});
     setCentralWidget(m_splitter);
@@ -225,12 +219,25 @@ void MainWindow::connectActions()
     });
 }
 
+DXFailureList &MainWindow::failures() const
+{
+    return m_workspace->failures();
+}
+
 void MainWindow::connectDocuments()
 {
-    connect(m_files, &FileCommands::openRequested, this, &MainWindow::openArguments);
+    connect(m_files, &FileCommands::openRequested, m_openRequests, &OpenRequests::open);
+    connect(m_openRequests, &OpenRequests::connectionRequested, this, &MainWindow::openConnection);
+    connect(m_openRequests, &OpenRequests::dialogRequested, m_dialogs, &ConnectionDialogs::create);
     connect(m_documents, &Documents::titleChanged, this, &MainWindow::updateCentre);
-    connect(m_documents, &Documents::failed, m_status, &StatusLine::announce);
-    connect(m_journal, &DocumentJournal::failed, m_status, &StatusLine::announce);
+    const auto showFailure = [this](const QString &about, const QString &headline,
+                                    const QString &details) {
+        failures().showFailure(about, headline, details);
+    };
+    connect(m_documents, &Documents::failed, this, showFailure);
+    connect(m_dialogs, &ConnectionDialogs::failed, this, showFailure);
+    connect(m_journal, &DocumentJournal::failed, this, showFailure);
+    connect(m_journal, &DocumentJournal::settled, &failures(), &DXFailureList::settle);
 }
 
 void MainWindow::connectView()
@@ -243,6 +250,11 @@ void MainWindow::connectView()
     m_actions.connect(Id::Refresh, [this] {
         if (const auto entry = m_tree->currentlySelectedDatabaseTreeEntry())
             m_tree->doRefreshDatabaseTreeEntry(entry);
+    });
+    m_actions.connect(Id::GoToFailure, [this] {
+        const DXQueryTab *const tab = m_documents->current();
+        DXFailureList &list = tab && !tab->failures().isEmpty() ? tab->failures() : failures();
+        list.focusNewest();
     });
     m_actions.connect(Id::CommandPalette, [this] { showCommands(); });
     m_actions.connect(Id::GoToObject, [this] { showObjects(); });
@@ -261,14 +273,11 @@ void MainWindow::connectView()
 void MainWindow::updateCentre()
 {
     DXQueryTab *const tab = m_documents->current();
-    m_centre->setCurrentIndex(tab ? 1 : 0);
+    m_workspace->show(tab ? Workspace::Shown::Tabs : Workspace::Shown::Welcome);
     m_actions[Id::Disconnect]->setEnabled(tab && m_connections->find(*tab->details()));
     m_actions[Id::ReopenTab]->setEnabled(m_documents->canReopen());
-    const QString color =
-        tab && tab->hasConnection() ? Connections::color(*tab->details()) : QString();
-    QPalette colors = palette();
-    colors.setColor(QPalette::Window, color.isNull() ? DXTheme::of(colors).window : QColor(color));
-    m_colorLine->setPalette(colors);
+    m_workspace->setColor(tab && tab->hasConnection() ? Connections::color(*tab->details())
+                                                      : QString());
     const QString title = tab ? m_documents->tabText(m_documents->currentIndex()) : QString();
     const QString dash = tab ? QStringLiteral(" – ") : QString();
     setWindowTitle(title + dash + QApplication::applicationDisplayName());
@@ -282,23 +291,7 @@ void MainWindow::openConnection(const std::shared_ptr<DabroDBC> &details)
 
 void MainWindow::openArguments(const QStringList &arguments)
 {
-    if (!m_hasStarted) {
-        m_argumentsToOpen += arguments;
-        return;
-    }
-    for (const QString &argument : arguments) {
-        if (QFileInfo::exists(argument)) {
-            const DXQueryTab *const tab = m_documents->current();
-            const bool hasConnection = tab && tab->hasConnection();
-            m_documents->openFile(argument, hasConnection ? tab->details()->copy() : nullptr);
-            continue;
-        }
-        DXError error;
-        if (const auto details = m_connections->detailsFromText(argument, &error))
-            openConnection(details);
-        else
-            m_status->announce(tr("Could not open a connection: %1").arg(error.description()));
-    }
+    m_openRequests->open(arguments);
 }
 
 void MainWindow::newTab()
@@ -357,43 +350,41 @@ void MainWindow::started()
     m_connections->loadDrivers();
     m_documents->setPlainDetails(m_connections->createDetails());
     if (!m_connections->hasDriver())
-        m_status->announce(
-            tr("No driver could be loaded from %1.").arg(DXDriverLoader::searchPath().join(u", ")));
+        failures().showFailure(
+            QStringLiteral("driver"),
+            tr("No driver could be loaded from %1.").arg(DXDriverLoader::searchPath().join(u", ")),
+            m_connections->refusals());
     m_saved->setLists(m_connections->savedConnections());
     m_journal->open();
     DXError error;
     if (!DXSSHPrompter::install(&error))
-        m_status->announce(tr("ssh cannot ask for passphrases: %1").arg(error.description()));
+        failures().showFailure(QStringLiteral("ssh"), tr("ssh cannot ask for passphrases."),
+                               error.description());
     const QString demo = qEnvironmentVariable("DABRO_DEMO_URI");
     if (!demo.isEmpty()) {
         m_welcome->offerDemo();
         connect(m_welcome, &WelcomePage::demoRequested, this,
                 [this, demo] { openArguments({demo}); });
     }
-    m_hasStarted = true;
-    openArguments(std::exchange(m_argumentsToOpen, {}));
+    m_openRequests->begin();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (!m_isQuitting && m_documents->askToQuit([this] {
-            m_isQuitting = true;
-            close();
-        })) {
+    if (!m_quitQuestion->mayClose()) {
         event->ignore();
         return;
     }
     QSettings settings;
     settings.setValue(geometryKey, saveGeometry());
     settings.setValue(splitterKey, m_splitter->saveState());
-    m_journal->flush();
     QMainWindow::closeEvent(event);
 }
 
 void MainWindow::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && m_centre) {
+    if (event->type() == QEvent::PaletteChange && centralWidget()) {
         m_actions.updateIcons();
         updateCentre();
     }

@@ -11,6 +11,7 @@
 
 class Connections;
 class DXDatabaseTreeView;
+class DXFailureList;
 class DXQueryTab;
 class DXSavedConnectionsView;
 class DabroDBC;
@@ -18,15 +19,16 @@ class ConnectionDialogs;
 class DocumentJournal;
 class Documents;
 class FileCommands;
-class QFrame;
+class OpenRequests;
 class QSplitter;
-class QStackedWidget;
 class QueryCommands;
+class QuitQuestion;
 class RestoredTabs;
 class StatusLine;
 class TargetChooser;
 class TreeCommands;
 class WelcomePage;
+class Workspace;
 
 /// The program's window: connections and their trees at the side, query tabs, a status line. It
 /// speaks to nobody before it has been painted. [main]
@@ -49,6 +51,8 @@ public:
     Connections &connections() const { return *m_connections; }
     DXDatabaseTreeView &tree() const { return *m_tree; }
     StatusLine &status() const { return *m_status; }
+    /// What failed outside of any tab.
+    DXFailureList &failures() const;
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -75,22 +79,20 @@ private:
     Connections *const m_connections;
     Documents *const m_documents;
     StatusLine *const m_status;
+    WelcomePage *const m_welcome;
+    Workspace *const m_workspace;
     const std::unique_ptr<TreeCommands> m_treeCommands;
     DXDatabaseTreeView *const m_tree;
-    WelcomePage *const m_welcome;
     QueryCommands *const m_queryCommands;
     ConnectionDialogs *const m_dialogs;
     DXSavedConnectionsView *const m_saved;
+    OpenRequests *const m_openRequests;
     FileCommands *const m_files;
     DocumentJournal *const m_journal;
     RestoredTabs *const m_restored;
+    QuitQuestion *const m_quitQuestion;
     TargetChooser *m_target = nullptr;
     QWidget *m_sidebar = nullptr;
     QSplitter *m_splitter = nullptr;
-    QStackedWidget *m_centre = nullptr;
-    QFrame *m_colorLine = nullptr;
     bool m_isStarting = false;
-    bool m_hasStarted = false;
-    bool m_isQuitting = false;
-    QStringList m_argumentsToOpen;
 };

@@ -10,17 +10,10 @@
 #include "dispatch/DXDispatch.h"
 #include "ui/results/DXResultText.h"
 
-#include <QCoreApplication>
-#include <QLocale>
 #include <QSaveFile>
 
 namespace
 {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("TableExport", text);
-}
 
 QByteArray headings(const DatabaseResultSet &rows)
 {
@@ -66,31 +59,25 @@ qint64 write(DatabaseResultSet &rows, QIODevice &file, DXError *error)
 } // namespace
 
 void TableExport::start(const QString &tablePath, const std::shared_ptr<DabroDBC> &details,
-                        const QString &path,
-                        const std::function<void(const QString &message)> &done)
+                        const QString &path, const std::function<void(const Result &result)> &done)
 {
     DXDispatch::background([tablePath, details, path, done] {
-        DXError error;
-        qint64 count = 0;
+        Result result;
         QSaveFile file(path);
         if (!file.open(QIODevice::WriteOnly))
-            error = DXError(QString(), 0, file.errorString());
+            result.error = DXError(QString(), 0, file.errorString());
         else
             DabroDatabaseConnectionPool::executeQuery(
                 [&](DabroDatabaseClient &client, DXError *failure) {
                     const auto rows =
                         client.executeQuery(QStringLiteral("SELECT * FROM ") + tablePath, failure);
                     if (rows && !*failure)
-                        count = write(*rows, file, failure);
+                        result.rowCount = write(*rows, file, failure);
                 },
-                *details, &error, {.allowPooled = DabroDatabaseConnectionPool::AllowPooled::No});
-        if (!error && !file.commit())
-            error = DXError(QString(), 0, file.errorString());
-        DXDispatch::main([=] {
-            done(error ? tr("Could not export %1 to %2: %3")
-                             .arg(tablePath, path, error.description().trimmed())
-                       : tr("%1 rows of %2 were exported to %3.")
-                             .arg(QLocale().toString(count), tablePath, path));
-        });
+                *details, &result.error,
+                {.allowPooled = DabroDatabaseConnectionPool::AllowPooled::No});
+        if (!result.error && !file.commit())
+            result.error = DXError(QString(), 0, file.errorString());
+        DXDispatch::main([done, result] { done(result); });
     });
 }

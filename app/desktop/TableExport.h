@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/DXError.h"
+
 #include <QString>
 
 #include <functional>
@@ -14,9 +16,16 @@ class DabroDBC;
 namespace TableExport
 {
 
-/// Begins in the background; tablePath is quoted already. done is told, for the user, what became
-/// of it; a file that was at path stays as it is when it failed. [main], the call-back included
+struct Result
+{
+    /// Empty when all of it is in the file.
+    DXError error;
+    qint64 rowCount = 0;
+};
+
+/// Begins in the background; tablePath is quoted already. done is told what became of it; a file
+/// that was at path stays as it is when it failed. [main], the call-back included
 void start(const QString &tablePath, const std::shared_ptr<DabroDBC> &details, const QString &path,
-           const std::function<void(const QString &message)> &done);
+           const std::function<void(const Result &result)> &done);
 
 } // namespace TableExport

@@ -6,22 +6,36 @@
 #include "desktop/Documents.h"
 #include "desktop/ScriptReceiver.h"
 #include "desktop/StatusLine.h"
-#include "desktop/TableExport.h"
+#include "desktop/TextFile.h"
+#include "query/SQLTokenizer.h"
+#include "ui/DXFailureList.h"
+#include "ui/DXSaveDialog.h"
 #include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXQueryTab.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QFileDialog>
+#include <QLocale>
 #include <QPointer>
-#include <QSaveFile>
 
 namespace
 {
 
+const QLatin1String scriptKey("script");
+
 QString tr(const char *text)
 {
     return QCoreApplication::translate("TreeCommands", text);
+}
+
+bool isComment(const QString &script, const DabroDBC &details)
+{
+    SQLTokenizer tokens(*details.createPreParserOptions(), script, {});
+    while (const auto token = tokens.next()) {
+        if (!token->isBlankOrComment())
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -58,7 +72,14 @@ void TreeCommands::sendScript(const std::shared_ptr<DXQueryLoader> &loader,
                               const std::shared_ptr<DabroDBC> &details,
                               ScriptDestination destination)
 {
-    ScriptReceiver::load(loader, *details, [this, destination](const QString &script) {
+    ScriptReceiver::load(loader, *details, [this, destination, details](const QString &script) {
+        // A loader tells of its failure in a comment, of which nobody wants a copy.
+        if (isComment(script, *details)) {
+            m_init.failures.showFailure(scriptKey, tr("The script could not be written."),
+                                        script.trimmed());
+            return;
+        }
+        m_init.failures.settle(scriptKey);
         if (destination == ScriptDestination::File) {
             saveScript(script);
             return;
@@ -70,22 +91,17 @@ void TreeCommands::sendScript(const std::shared_ptr<DXQueryLoader> &loader,
 
 void TreeCommands::saveScript(const QString &script)
 {
-    auto *const dialog = new QFileDialog(&m_init.documents, tr("Save script"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(QStringLiteral("sql"));
-    dialog->setNameFilters({tr("SQL files (*.sql)"), tr("All files (*)")});
-    QObject::connect(
-        dialog, &QFileDialog::fileSelected, dialog, [this, script](const QString &path) {
-            QSaveFile file(path);
-            const QByteArray bytes = script.toUtf8();
-            const bool isSaved =
-                file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-            m_init.status.announce(
-                isSaved ? tr("The script was saved to %1.").arg(path)
-                        : tr("Could not save to %1: %2.").arg(path, file.errorString()));
-        });
-    dialog->open();
+    DXSaveDialog::open(&m_init.documents, tr("Save script"), DXSaveDialog::FileType::Sql,
+                       [this, script](const QString &path) {
+                           const QString failure = TextFile::write(path, script.toUtf8());
+                           if (failure.isNull()) {
+                               m_init.failures.settle(path);
+                               m_init.status.announce(tr("The script was saved to %1.").arg(path));
+                           } else {
+                               m_init.failures.showFailure(
+                                   path, tr("Could not save to %1: %2.").arg(path, failure));
+                           }
+                       });
 }
 
 void TreeCommands::alterTableNamed(const QString &tableName, const QString &schema,
@@ -115,20 +131,31 @@ void TreeCommands::importInto(const std::shared_ptr<DabroDBC> &details)
 void TreeCommands::exportTableAsCSV(const QString &tablePath,
                                     const std::shared_ptr<DabroDBC> &details)
 {
-    auto *const dialog = new QFileDialog(&m_init.documents, tr("Export %1").arg(tablePath));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(QStringLiteral("csv"));
-    dialog->setNameFilters({tr("CSV files (*.csv)"), tr("All files (*)")});
-    QObject::connect(dialog, &QFileDialog::fileSelected, dialog,
-                     [this, tablePath, details](const QString &path) {
-                         m_init.status.announce(tr("Exporting %1.").arg(tablePath));
-                         TableExport::start(tablePath, details, path,
-                                            [&status = m_init.status](const QString &message) {
-                                                status.announce(message);
-                                            });
-                     });
-    dialog->open();
+    DXSaveDialog::open(&m_init.documents, tr("Export %1").arg(tablePath),
+                       DXSaveDialog::FileType::Csv,
+                       [this, tablePath, details](const QString &path) {
+                           m_init.status.announce(tr("Exporting %1.").arg(tablePath));
+                           TableExport::start(tablePath, details, path,
+                                              [this, window = QPointer(targetWindow()), tablePath,
+                                               path](const TableExport::Result &result) {
+                                                  if (window)
+                                                      showExport(tablePath, path, result);
+                                              });
+                       });
+}
+
+void TreeCommands::showExport(const QString &tablePath, const QString &path,
+                              const TableExport::Result &result)
+{
+    if (result.error) {
+        m_init.status.announce({});
+        m_init.failures.showFailure(path, tr("Could not export %1 to %2.").arg(tablePath, path),
+                                    result.error.description().trimmed());
+        return;
+    }
+    m_init.failures.settle(path);
+    m_init.status.announce(tr("%1 rows of %2 were exported to %3.")
+                               .arg(QLocale().toString(result.rowCount), tablePath, path));
 }
 
 void TreeCommands::beep()

@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "desktop/TableExport.h"
 #include "tree/DXDatabaseTreeViewController.h"
 
 #include <functional>
 
 class Connections;
 class DXDatabaseTreeView;
+class DXFailureList;
 class Documents;
 class StatusLine;
 
@@ -20,6 +22,8 @@ public:
         Connections &connections;
         Documents &documents;
         StatusLine &status;
+        /// Outlives the commands.
+        DXFailureList &failures;
         /// Shows the dialog of a connection.
         std::function<void(const std::shared_ptr<DabroDBC> &details)> editConnection;
         /// Closes the connection's tree.
@@ -48,6 +52,8 @@ public:
 
 private:
     void saveScript(const QString &script);
+    void showExport(const QString &tablePath, const QString &path,
+                    const TableExport::Result &result);
 
     const Init m_init;
 };

@@ -6,6 +6,7 @@
 #include "client/DabroDBC.h"
 #include "client/DabroDatabaseClient.h"
 #include "editing/DXSQLCompletion.h"
+#include "ui/DXFailureList.h"
 #include "ui/editor/DXCompletionPopup.h"
 #include "ui/editor/DXFindBar.h"
 #include "ui/editor/DXSQLEditor.h"
@@ -55,6 +56,7 @@ QWidget *withFindBar(DXSQLEditor &editor)
 
 DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
     : QWidget(parent)
+    , m_failures(new DXFailureList)
     , m_editor(createEditor(*init.details))
     , m_completion(new DXCompletionPopup(*m_editor))
     , m_session(new DXQuerySession({.details = init.details}, this))
@@ -76,7 +78,9 @@ DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
     splitter->setStretchFactor(1, 1);
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(splitter);
+    layout->setSpacing(0);
+    layout->addWidget(m_failures);
+    layout->addWidget(splitter, 1);
     setFocusProxy(m_editor);
 
     updateCompletion();

@@ -14,6 +14,7 @@
 #include <memory>
 
 class DXCompletionPopup;
+class DXFailureList;
 class DXMessageView;
 class DXQueryResult;
 class DXQueryResultDetails;
@@ -43,6 +44,8 @@ public:
 
     DXSQLEditor &editor() const { return *m_editor; }
     DXQuerySession &session() const { return *m_session; }
+    /// What failed with the text, not with its statements.
+    DXFailureList &failures() const { return *m_failures; }
     const std::shared_ptr<DabroDBC> &details() const;
     /// Without one nothing is run.
     bool hasConnection() const { return m_hasConnection; }
@@ -91,6 +94,7 @@ private:
     void showValue(const QString &column, const DXValue &value);
     DXResultText::Dialect dialect() const;
 
+    DXFailureList *const m_failures;
     DXSQLEditor *const m_editor;
     DXCompletionPopup *const m_completion;
     DXQuerySession *const m_session;

@@ -5,6 +5,7 @@
 #include "desktop/Documents.h"
 #include "desktop/MainWindow.h"
 #include "support/DXWait.h"
+#include "ui/DXFailureList.h"
 #include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXMessageView.h"
 #include "ui/query/DXQuerySession.h"
@@ -90,6 +91,13 @@ bool DesktopTest::becomesIdle() const
 QString DesktopTest::messages() const
 {
     return tab().messages().toPlainText();
+}
+
+QStringList DesktopTest::failures() const
+{
+    const DXQueryTab *const current = m_window->documents().current();
+    return m_window->failures().headlines()
+           + (current ? current->failures().headlines() : QStringList());
 }
 
 QString DesktopTest::statusMessage() const

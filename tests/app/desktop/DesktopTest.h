@@ -40,12 +40,16 @@ protected:
     bool start(const QString &text) const;
     bool becomesIdle() const;
     QString messages() const;
+    /// What the window says to have failed, outside of tabs and in the one that is shown.
+    QStringList failures() const;
     /// What the status line announces.
     QString statusMessage() const;
     /// The cells of a result, fields apart by "|" and rows by line breaks.
     QString cells(int result) const;
     /// Presses a key of the window.
     void press(int key, Qt::KeyboardModifiers modifiers) const;
+    /// Where the program keeps what it writes.
+    QString home() const { return m_home.path(); }
 
 private:
     QTemporaryDir m_home;

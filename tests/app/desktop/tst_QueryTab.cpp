@@ -137,7 +137,7 @@ TEST_F(QueryTab, keepsItsTransactionAndShowsIt)
     QTest::keyClick(Widgets::opened<QMessageBox>(), Qt::Key_Escape);
     EXPECT_FALSE(window().close());
     EXPECT_TRUE(tab().session().isInTransaction());
-    Widgets::click<QPushButton>(Widgets::opened<QMessageBox>(), u"Roll back and quit"_qs);
+    Widgets::click<QPushButton>(Widgets::opened<QMessageBox>(), u"Quit anyway"_qs);
     EXPECT_TRUE(DXWait::until([this] { return !window().isVisible(); }));
 }
 

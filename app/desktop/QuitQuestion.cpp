@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The Dabro developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/QuitQuestion.h"
+
+#include "core/DXError.h"
+#include "desktop/DocumentJournal.h"
+#include "desktop/Documents.h"
+#include "ui/query/DXQuerySession.h"
+#include "ui/query/DXQueryTab.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+QuitQuestion::QuitQuestion(Documents &documents, DocumentJournal &journal, QWidget &window)
+    : QObject(&window)
+    , m_documents(documents)
+    , m_journal(journal)
+    , m_window(window)
+{ }
+
+bool QuitQuestion::mayClose()
+{
+    const QStringList lost = losses();
+    if (m_isAgreed || lost.isEmpty())
+        return true;
+    ask(lost);
+    return false;
+}
+
+QStringList QuitQuestion::losses()
+{
+    QStringList lost;
+    const QList<DXQueryTab *> tabs = m_documents.all();
+    for (const DXQueryTab *const tab : tabs) {
+        if (tab->session().isInTransaction())
+            lost += tr("A transaction is open in \"%1\". Quitting rolls it back.")
+                        .arg(m_documents.title(*tab));
+        else if (tab->session().isBusy())
+            lost += tr("A statement is running in \"%1\". Quitting cancels it.")
+                        .arg(m_documents.title(*tab));
+    }
+    DXError error;
+    if (!m_journal.flush(&error))
+        lost += tr("What was typed is lost, since it cannot be kept on disk: %1.")
+                    .arg(error.description().trimmed());
+    return lost;
+}
+
+void QuitQuestion::ask(const QStringList &losses)
+{
+    constexpr qsizetype mostNamed = 5;
+    QStringList named = losses.mid(0, mostNamed);
+    if (losses.size() > mostNamed)
+        named += tr("And %n more.", nullptr, static_cast<int>(losses.size() - mostNamed));
+    auto *const question = new QMessageBox(QMessageBox::Warning, tr("Quit?"), named.join(u'\n'),
+                                           QMessageBox::Cancel, &m_window);
+    question->setTextFormat(Qt::PlainText);
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    question->setDefaultButton(QMessageBox::Cancel);
+    connect(question->addButton(tr("Quit anyway"), QMessageBox::DestructiveRole),
+            &QPushButton::clicked, this, [this] {
+                m_isAgreed = true;
+                m_window.close();
+            });
+    question->open();
+}
