@@ -3,7 +3,7 @@
 #include "desktop/Appearance.h"
 
 #include "desktop/ActionSet.h"
-#include "ui/DXTheme.h"
+#include "ui/DXDesktopColors.h"
 
 #include <QAction>
 #include <QApplication>
@@ -12,29 +12,26 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace
 {
 
-const QLatin1String key("window/appearance");
+const QLatin1String modeKey("window/appearance");
+// What the desktop said last; it answers only after the first painting.
+const QLatin1String desktopKey("window/desktopIsDark");
 
-const DXTheme &themeOf(Appearance::Mode mode)
+// What the palette tells before anything of ours is laid over it.
+DXTheme::Appearance rememberedDesktop()
 {
-    if (mode == Appearance::Mode::Light)
-        return DXTheme::of(DXTheme::Appearance::Light);
-    if (mode == Appearance::Mode::Dark)
-        return DXTheme::of(DXTheme::Appearance::Dark);
-    // What the desktop asks for, before anything of ours was laid over it.
-    static const DXTheme &desktops = DXTheme::of(QApplication::palette());
-    return desktops;
+    const bool isDark =
+        &DXTheme::of(QApplication::palette()) == &DXTheme::of(DXTheme::Appearance::Dark);
+    return QSettings().value(desktopKey, isDark).toBool() ? DXTheme::Appearance::Dark
+                                                          : DXTheme::Appearance::Light;
 }
 
-} // namespace
-
-void Appearance::apply(Mode mode)
+void apply(const DXTheme &theme)
 {
-    static const DXTheme &desktops = themeOf(Mode::System);
-    const DXTheme &theme = mode == Mode::System ? desktops : themeOf(mode);
     QApplication::setPalette(theme.palette());
     const QString sheet = QStringLiteral(
         "QToolBar { border: 0; border-bottom: 1px solid %1; padding: 4px 8px; spacing: 4px; }"
@@ -66,18 +63,47 @@ void Appearance::apply(Mode mode)
                                   theme.sidebar.name(), theme.surface.name()));
 }
 
-void Appearance::restore(const ActionSet &actions)
+} // namespace
+
+Appearance::Appearance(const ActionSet &actions, QObject *parent)
+    : QObject(parent)
+    , m_desktop(new DXDesktopColors(this))
+    , m_desktops(rememberedDesktop())
 {
     // In the order of Mode.
     constexpr ActionSet::Id ids[] = {ActionSet::Id::AppearanceSystem,
                                      ActionSet::Id::AppearanceLight, ActionSet::Id::AppearanceDark};
     constexpr int count = static_cast<int>(std::size(ids));
     for (int mode = 0; mode < count; ++mode)
-        actions.connect(ids[mode], [mode] {
-            QSettings().setValue(key, mode);
-            apply(static_cast<Mode>(mode));
+        actions.connect(ids[mode], [this, mode] {
+            QSettings().setValue(modeKey, mode);
+            setMode(static_cast<Mode>(mode));
         });
-    const int mode = std::clamp(QSettings().value(key).toInt(), 0, count - 1);
+    connect(m_desktop, &DXDesktopColors::told, this, &Appearance::takeDesktops);
+    const int mode = std::clamp(QSettings().value(modeKey).toInt(), 0, count - 1);
     actions[ids[mode]]->setChecked(true);
-    apply(static_cast<Mode>(mode));
+    setMode(static_cast<Mode>(mode));
+}
+
+void Appearance::followDesktop()
+{
+    m_desktop->listen();
+}
+
+void Appearance::setMode(Mode mode)
+{
+    m_mode = mode;
+    if (mode == Mode::System)
+        apply(DXTheme::of(m_desktops));
+    else
+        apply(DXTheme::of(mode == Mode::Dark ? DXTheme::Appearance::Dark
+                                             : DXTheme::Appearance::Light));
+}
+
+void Appearance::takeDesktops(DXTheme::Appearance appearance)
+{
+    QSettings().setValue(desktopKey, appearance == DXTheme::Appearance::Dark);
+    const bool isNew = std::exchange(m_desktops, appearance) != appearance;
+    if (isNew && m_mode == Mode::System)
+        setMode(m_mode);
 }

@@ -2,22 +2,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/DXTheme.h"
+
+#include <QObject>
+
 class ActionSet;
+class DXDesktopColors;
 
-/// Light or dark. [main]
-namespace Appearance
+/// Light or dark: what the user chose, or what the desktop has. [main]
+class Appearance final : public QObject
 {
+    Q_OBJECT
 
-enum class Mode {
-    /// As the desktop has it.
-    System,
-    Light,
-    Dark
+public:
+    /// Puts the colours that were chosen last on all windows of the program, those to come
+    /// included, and from now on those that the actions choose.
+    explicit Appearance(const ActionSet &actions, QObject *parent = nullptr);
+
+    /// Follows what the desktop says, from now on; it is asked in the background.
+    void followDesktop();
+
+private:
+    enum class Mode {
+        /// As the desktop has it.
+        System,
+        Light,
+        Dark
+    };
+
+    void setMode(Mode mode);
+    void takeDesktops(DXTheme::Appearance appearance);
+
+    DXDesktopColors *const m_desktop;
+    DXTheme::Appearance m_desktops;
+    Mode m_mode = Mode::System;
 };
-
-/// Puts the colours of mode on all windows of the program, those to come included.
-void apply(Mode mode);
-/// Applies the mode that was chosen last, and from now on each one that the actions choose.
-void restore(const ActionSet &actions);
-
-} // namespace Appearance

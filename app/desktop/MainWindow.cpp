@@ -323,7 +323,7 @@ void MainWindow::restore()
     resize(1280, 800);
     restoreGeometry(settings.value(geometryKey).toByteArray());
     m_splitter->restoreState(settings.value(splitterKey).toByteArray());
-    Appearance::restore(m_actions);
+    m_appearance = new Appearance(m_actions, this);
 }
 
 // Drivers are loaded and connections opened once there is a window to look at: what is posted while
@@ -366,6 +366,7 @@ void MainWindow::started()
         connect(m_welcome, &WelcomePage::demoRequested, this,
                 [this, demo] { openArguments({demo}); });
     }
+    m_appearance->followDesktop();
     m_openRequests->begin();
 }
 

@@ -9,6 +9,7 @@
 
 #include <memory>
 
+class Appearance;
 class Connections;
 class DXDatabaseTreeView;
 class DXFailureList;
@@ -94,5 +95,6 @@ private:
     TargetChooser *m_target = nullptr;
     QWidget *m_sidebar = nullptr;
     QSplitter *m_splitter = nullptr;
+    Appearance *m_appearance = nullptr;
     bool m_isStarting = false;
 };

@@ -2,15 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/DXAlwaysVisibleUserNotification.h"
 
+#include "DXShared/ui/SessionBus.h"
 #include "support/Background.h"
 #include "support/PrintQt.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-#include <QProcess>
-
-#include <gtest/gtest.h>
 
 namespace
 {
@@ -38,30 +36,14 @@ private:
     const QStringList m_capabilities;
 };
 
-class UserNotificationTest : public testing::Test
+class UserNotificationTest : public SessionBus
 {
 protected:
-    void SetUp() override
-    {
-        daemon.start(u"dbus-daemon"_qs, {u"--session"_qs, u"--nofork"_qs, u"--print-address"_qs});
-        ASSERT_TRUE(daemon.waitForReadyRead()) << qPrintable(daemon.errorString());
-        const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
-        QDBusConnection::connectToBus(address, u"desktop"_qs);
-        QDBusConnection::connectToBus(address, u"program"_qs);
-    }
-    void TearDown() override
-    {
-        QDBusConnection::disconnectFromBus(u"desktop"_qs);
-        QDBusConnection::disconnectFromBus(u"program"_qs);
-        daemon.kill();
-        daemon.waitForFinished();
-    }
     bool send() const
     {
         return inBackground([this] { return told.send(QDBusConnection(u"program"_qs)); });
     }
 
-    QProcess daemon;
     const DXAlwaysVisibleUserNotification told{.title = u"Table has been dropped"_qs,
                                                .text = u"The table a.<b>&amp;</b> is gone"_qs};
 };
