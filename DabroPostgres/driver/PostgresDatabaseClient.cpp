@@ -39,6 +39,21 @@ void printNotice(void *, const char *message)
     std::fputs(message, stderr);
 }
 
+// A network that is cut while data is on its way would hold up whoever waits for a quarter of an
+// hour (tcp(7)). Entries of the string itself come later, so they win; those of a service would
+// not. libpq leaves it out where there is a Unix socket.
+QString withLimitOnSilence(const QString &connectionString)
+{
+    const QLatin1String keyword("tcp_user_timeout");
+    const std::unique_ptr<PQconninfoOption, decltype(&PQconninfoFree)> defaults(PQconndefaults(),
+                                                                                PQconninfoFree);
+    for (const auto *option = defaults.get(); option && option->keyword; ++option) {
+        if (keyword == QLatin1String(option->keyword) && !option->val)
+            return QStringLiteral("%1=60000 %2").arg(keyword, connectionString);
+    }
+    return connectionString;
+}
+
 void forwardNotice(void *handler, const char *message)
 {
     (*static_cast<const DabroDatabaseClient::NoticeHandler *>(handler))(QString::fromUtf8(message));
@@ -155,7 +170,8 @@ void PostgresDatabaseClient::openHandle(const QString &database)
 {
     if (postgresDetails().needsHostName())
         DXHostCache::sharedInstance().pinHost(postgresDetails().host());
-    const QString connectionString = generateConnectionString(m_tunnel.get(), database);
+    const QString connectionString =
+        withLimitOnSilence(generateConnectionString(m_tunnel.get(), database));
     auto handle = std::make_shared<PostgresConnectionHandle>(
         PQconnectdb(connectionString.toUtf8().constData()));
     const std::lock_guard lock(m_handleMutex);

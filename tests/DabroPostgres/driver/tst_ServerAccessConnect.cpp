@@ -4,9 +4,15 @@
 #include "support/Background.h"
 #include "support/PrintQt.h"
 
+#include <QDir>
 #include <QTcpServer>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
 
 using namespace ServerAccess;
 
@@ -61,6 +67,45 @@ TEST_F(ServerAccessConnect, reachesTheServerUnderEveryNameOfIt)
         EXPECT_FALSE(client->isConnected());
         EXPECT_FALSE(client->isAlive());
     }
+}
+
+// An option of this process's only TCP connection to port; -1 when there is none.
+int tcpOption(int option, quint16 port)
+{
+    const QStringList descriptors = QDir(QStringLiteral("/proc/self/fd")).entryList();
+    for (const QString &descriptor : descriptors) {
+        sockaddr_in peer{};
+        socklen_t size = sizeof(peer);
+        const int socket = descriptor.toInt();
+        if (::getpeername(socket, reinterpret_cast<sockaddr *>(&peer), &size) != 0
+            || peer.sin_family != AF_INET || ntohs(peer.sin_port) != port)
+            continue;
+        int value = -1;
+        size = sizeof(value);
+        ::getsockopt(socket, IPPROTO_TCP, option, &value, &size);
+        return value;
+    }
+    return -1;
+}
+
+// Whoever waits for the answer when the network is cut waits as long.
+TEST_F(ServerAccessConnect, waitsAMinuteForASilentNetworkUnlessTold)
+{
+    {
+        const auto client = connected(recordOnLoopback(cluster()));
+        EXPECT_EQ(tcpOption(TCP_USER_TIMEOUT, cluster().port()), 60000);
+        // It is asked whether it is still there before that.
+        EXPECT_LT(tcpOption(TCP_KEEPIDLE, cluster().port()), 60);
+    }
+    const QTemporaryDir folder;
+    QFile services(folder.filePath(QStringLiteral("services")));
+    ASSERT_TRUE(services.open(QFile::WriteOnly));
+    services.write("[patient]\ntcp_user_timeout=7000\n");
+    services.close();
+    const EnvironmentVariable file("PGSERVICEFILE", services.fileName());
+    const EnvironmentVariable service("PGSERVICE", QStringLiteral("patient"));
+    const auto client = connected(recordOnLoopback(cluster()));
+    EXPECT_EQ(tcpOption(TCP_USER_TIMEOUT, cluster().port()), 7000);
 }
 
 struct PasswordCase
