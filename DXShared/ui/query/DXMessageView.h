@@ -9,24 +9,14 @@
 #include <QTime>
 
 /// What a query tab has to say, line by line, each with the time it came; can be selected and
-/// copied. Nothing that a server sends is taken for markup. [main]
+/// copied. The last 10,000 messages are kept, and a line above them tells how many came before.
+/// Nothing that a server sends is taken for markup. [main]
 class DXSHARED_EXPORT DXMessageView final : public QPlainTextEdit
 {
     Q_OBJECT
 
 public:
     enum class Kind { Information, Success, Notice, Error };
-
-    explicit DXMessageView(QWidget *parent = nullptr);
-
-    void append(Kind kind, const QString &text);
-    /// Takes away all messages.
-    void reset();
-
-protected:
-    void changeEvent(QEvent *event) override;
-
-private:
     struct Message
     {
         Kind kind;
@@ -34,7 +24,28 @@ private:
         QString text;
     };
 
-    void show(const Message &message);
+    explicit DXMessageView(QWidget *parent = nullptr);
 
-    QList<Message> m_messages;
+    /// Appends a message that came now.
+    void append(Kind kind, const QString &text);
+    /// Appends many in one step; leftOut is how many more came before them that nobody kept.
+    void append(const QList<Message> &messages, qint64 leftOut = 0);
+    /// Takes away all messages.
+    void reset();
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    struct Shown
+    {
+        Message message;
+        int lines;
+    };
+
+    void show(QTextCursor &cursor, const Message &message);
+    void leaveOut(QTextCursor &cursor, qsizetype shown, qint64 others);
+
+    QList<Shown> m_shown;
+    qint64 m_leftOut = 0;
 };

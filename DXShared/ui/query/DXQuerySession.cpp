@@ -5,7 +5,6 @@
 #include "client/DXQueryResult.h"
 #include "client/DabroDBC.h"
 #include "client/DabroDatabaseClient.h"
-#include "client/ssh/DXSSHTunnel.h"
 #include "dispatch/DXDispatch.h"
 
 #include <QPointer>
@@ -18,6 +17,9 @@ namespace
 
 // A request that comes before the server has the statements is lost, so it is made again.
 constexpr std::chrono::milliseconds betweenCancels(250);
+
+// Showing many takes about as long as showing one.
+constexpr std::chrono::milliseconds betweenNotices(50);
 
 DXError failure(const QString &text)
 {
@@ -61,8 +63,11 @@ private:
             return;
         DXDispatch::main([isAnnounced = m_isAnnounced, session = m_session, number = m_number] {
             *isAnnounced = false;
-            if (session && session->m_number == number)
-                Q_EMIT session->progressed();
+            if (!session || session->m_number != number)
+                return;
+            // A statement's notices came before it ended.
+            session->tellNotices();
+            Q_EMIT session->progressed();
         });
     }
 
@@ -74,17 +79,6 @@ private:
         std::make_shared<std::atomic<bool>>(false);
 };
 
-/// Lets a tunnel that is being opened be given up.
-class DXQuerySession::Tunnelling final : public DXSSHDelegate
-{
-public:
-    bool sshShouldCancel() const override { return m_isGivenUp; }
-    void giveUp() { m_isGivenUp = true; }
-
-private:
-    std::atomic<bool> m_isGivenUp = false;
-};
-
 DXQuerySession::DXQuerySession(const Init &init, QObject *parent)
     : QObject(parent)
     , m_init(init)
@@ -93,32 +87,48 @@ DXQuerySession::DXQuerySession(const Init &init, QObject *parent)
     connect(&m_cancelTimer, &QTimer::timeout, this, &DXQuerySession::requestCancel);
     m_patienceTimer.setSingleShot(true);
     m_patienceTimer.setInterval(m_init.patience);
-    connect(&m_patienceTimer, &QTimer::timeout, this, &DXQuerySession::abandon);
+    connect(&m_patienceTimer, &QTimer::timeout, this, &DXQuerySession::escalate);
     createClient();
 }
 
 DXQuerySession::~DXQuerySession()
 {
-    m_tunnelling->giveUp();
-    const bool isBusy = m_state == State::Running || m_state == State::Cancelling;
-    DXDispatch::background([client = std::move(m_client), isBusy] {
-        if (isBusy) {
-            client->cancelCurrentQuery(nullptr);
-            client->abandonConnection();
-        }
+    const std::shared_ptr<DabroDatabaseClient> client = std::move(m_client);
+    const bool isWorking = m_run && m_run->stop() == Stage::Working;
+    DXDispatch::background([client, isWorking] {
+        if (!isWorking)
+            return;
+        client->cancelCurrentQuery(nullptr);
+        client->abandonConnection();
     });
+    // The request may hang as well.
+    if (isWorking)
+        DXDispatch::backgroundAfter(m_init.patience, [left = std::weak_ptr(client)] {
+            if (const auto remaining = left.lock())
+                remaining->abandonConnection();
+        });
 }
 
 void DXQuerySession::createClient()
 {
     m_client = m_init.details->createNewClient();
-    m_tunnelling = std::make_shared<Tunnelling>();
-    m_client->setNoticeHandler([session = QPointer(this)](const QString &notice) {
-        DXDispatch::main([session, notice] {
-            if (session)
-                Q_EMIT session->noticeReceived(notice);
+    m_notices = std::make_shared<DXNoticeQueue>();
+    m_client->setNoticeHandler(
+        [session = QPointer(this), notices = m_notices](const QString &text) {
+            if (!notices->add(text))
+                return;
+            DXDispatch::main([session, notices] {
+                if (session && session->m_notices == notices)
+                    QTimer::singleShot(betweenNotices, session, &DXQuerySession::tellNotices);
+            });
         });
-    });
+}
+
+void DXQuerySession::tellNotices()
+{
+    const DXNoticeQueue::Notices came = m_notices->take();
+    if (!came.notices.isEmpty())
+        Q_EMIT noticesReceived(came.notices, came.leftOut);
 }
 
 bool DXQuerySession::setDetails(const std::shared_ptr<DabroDBC> &details)
@@ -129,6 +139,7 @@ bool DXQuerySession::setDetails(const std::shared_ptr<DabroDBC> &details)
     DXDispatch::background([client = std::move(m_client)] { client->disconnect(); });
     m_init.details = details;
     m_wasConnected = false;
+    m_isConnected = false;
     m_serverVersion = QString();
     m_connectionSummary = QString();
     createClient();
@@ -138,7 +149,7 @@ bool DXQuerySession::setDetails(const std::shared_ptr<DabroDBC> &details)
 
 qint64 DXQuerySession::elapsed() const
 {
-    return isBusy() && m_run.isValid() ? m_run.elapsed() : m_elapsed;
+    return isBusy() ? m_clock.elapsed() : m_elapsed;
 }
 
 qint64 DXQuerySession::transactionAge() const
@@ -148,7 +159,7 @@ qint64 DXQuerySession::transactionAge() const
 
 void DXQuerySession::connectToServer()
 {
-    start([](DabroDatabaseClient &, DXError *) {});
+    start({.kind = DXQueryRun::Kind::Connect});
 }
 
 std::shared_ptr<DXQueryResult> DXQuerySession::run(const QList<DXQueryDetails> &statements)
@@ -156,80 +167,62 @@ std::shared_ptr<DXQueryResult> DXQuerySession::run(const QList<DXQueryDetails> &
     if (isBusy())
         return {};
     const auto result = std::make_shared<Result>(*this);
-    start([statements, result, begins = m_commitsManually](DabroDatabaseClient &client,
-                                                           DXError *error) {
-        DXError refusal;
-        if (begins && !client.isInTransaction())
-            client.beginTransaction(&refusal);
-        if (refusal)
-            DXError::report(error, refusal);
-        else
-            client.executeQueryDetails(statements, *result, {}, error);
-    });
+    const auto options = m_init.details->createPreParserOptions();
+    start({.kind = DXQueryRun::Kind::Statements,
+           .statements = statements,
+           .result = result,
+           .commitsManually = m_commitsManually,
+           .options = options ? *options : SQLMetadataTokenizerOptions()});
     return result;
 }
 
 void DXQuerySession::commit()
 {
-    start([](DabroDatabaseClient &client, DXError *error) { client.commitTransaction(error); });
+    start({.kind = DXQueryRun::Kind::Commit});
 }
 
 void DXQuerySession::rollback()
 {
-    start([](DabroDatabaseClient &client, DXError *error) { client.rollbackTransaction(error); });
+    start({.kind = DXQueryRun::Kind::RollBack});
 }
 
-bool DXQuerySession::start(const Work &work)
+void DXQuerySession::start(DXQueryRun::Init init)
 {
     DX_ASSERT_MAIN();
     if (isBusy())
-        return false;
-    m_run.start();
+        return;
+    init.isInTransaction = isInTransaction();
+    m_run = std::make_shared<DXQueryRun>(init);
+    m_clock.start();
     m_outcome.reset();
-    setState(State::Connecting);
-    DXDispatch::background([client = m_client, tunnelling = m_tunnelling, work, number = m_number,
-                            transaction = isInTransaction(), session = QPointer(this)] {
-        const auto tell = [&session, number](const auto &what) {
-            DXDispatch::main([session, number, what] {
-                if (session && session->m_number == number)
-                    what(*session);
+    setState(m_isConnected ? State::Running : State::Connecting);
+    DXDispatch::background(
+        [client = m_client, run = m_run, number = m_number, session = QPointer(this)] {
+            const auto tell = [&session, number](const auto &what) {
+                DXDispatch::main([session, number, what] {
+                    if (session && session->m_number == number)
+                        what(*session);
+                });
+            };
+            const DXQueryRun::Outcome outcome = run->run(*client, [&tell](Stage stage) {
+                tell([stage](DXQuerySession &told) { told.reached(stage); });
             });
-        };
-        Outcome outcome;
-        const bool isAlive = client->isAlive();
-        if (!isAlive && transaction)
-            outcome.error = failure(tr("The connection was lost, and the open transaction with it. "
-                                       "Nothing was run. Run it again on a new connection."));
-        else if (!isAlive)
-            client->disconnect();
-        if (!isAlive && !transaction && !client->connect(&outcome.error, tunnelling.get())
-            && !outcome.error)
-            outcome.error = failure(tr("The server did not answer as a PostgreSQL server should."));
-        if (!outcome.error) {
-            tell([isAlive](DXQuerySession &told) { told.connected(!isAlive); });
-            work(*client, &outcome.error);
-        }
-        if (outcome.error && transaction && isAlive && !client->isAlive())
-            outcome.error = outcome.error.withDescription(
-                tr("%1\nThe open transaction is gone with the connection.")
-                    .arg(outcome.error.description().trimmed()));
-        outcome.isInTransaction = client->isInTransaction();
-        outcome.serverVersion = client->serverVersion();
-        outcome.connectionSummary = client->connectionSummary();
-        tell([outcome](DXQuerySession &told) { told.ended(outcome); });
-    });
-    return true;
+            tell([outcome](DXQuerySession &told) { told.ended(outcome); });
+        });
 }
 
-void DXQuerySession::connected(bool again)
+void DXQuerySession::reached(DXQueryRun::Stage stage)
 {
-    if (m_state == State::Connecting)
-        setState(State::Running);
-    if (again && std::exchange(m_wasConnected, true))
+    const bool connects = stage == Stage::Connecting;
+    const bool isNew = !connects && !std::exchange(m_isConnected, true);
+    m_isConnected = !connects;
+    if (m_state != State::Cancelling)
+        setState(connects ? State::Connecting : State::Running);
+    if (isNew && std::exchange(m_wasConnected, true))
         Q_EMIT reconnected();
 }
 
-void DXQuerySession::ended(const Outcome &outcome)
+void DXQuerySession::ended(const DXQueryRun::Outcome &outcome)
 {
     m_outcome = outcome;
     // A request that is still on its way must not meet what is run next.
@@ -239,10 +232,12 @@ void DXQuerySession::ended(const Outcome &outcome)
 
 void DXQuerySession::finish()
 {
-    const Outcome outcome = *std::exchange(m_outcome, std::nullopt);
+    const DXQueryRun::Outcome outcome = *std::exchange(m_outcome, std::nullopt);
     m_cancelTimer.stop();
     m_patienceTimer.stop();
-    m_elapsed = m_run.elapsed();
+    m_run.reset();
+    m_elapsed = m_clock.elapsed();
+    m_isConnected = outcome.isConnected;
     if (!outcome.serverVersion.isNull()) {
         m_serverVersion = outcome.serverVersion;
         m_connectionSummary = outcome.connectionSummary;
@@ -250,22 +245,29 @@ void DXQuerySession::finish()
     if (!outcome.isInTransaction)
         m_transaction.invalidate();
     else if (!m_transaction.isValid())
-        m_transaction = m_run;
+        m_transaction = m_clock;
     ++m_number;
+    tellNotices();
     setState(State::Idle);
     Q_EMIT finished(outcome.error);
 }
 
 void DXQuerySession::cancel()
 {
-    if (m_state == State::Connecting) {
-        abandon();
-    } else if (m_state == State::Running) {
-        setState(State::Cancelling);
-        m_cancelTimer.start();
-        m_patienceTimer.start();
-        requestCancel();
+    if (!isBusy() || m_state == State::Cancelling)
+        return;
+    const Stage stage = m_run->stop();
+    if (stage == Stage::Connecting) {
+        abandon(tr("Connecting was cancelled."));
+        return;
     }
+    setState(State::Cancelling);
+    // A run that has not begun ends by itself, before it comes to the server.
+    if (stage != Stage::Working)
+        return;
+    m_cancelTimer.start();
+    m_patienceTimer.start();
+    requestCancel();
 }
 
 void DXQuerySession::requestCancel()
@@ -284,22 +286,33 @@ void DXQuerySession::requestCancel()
     });
 }
 
-// What the client that is given up still says is not waited for: it may never come.
-void DXQuerySession::abandon()
+void DXQuerySession::escalate()
 {
-    const bool wasConnecting = m_state == State::Connecting;
+    QString text =
+        tr("The server did not stop when it was asked to, so the connection was closed.");
+    // What ran may have ended meanwhile, and only the request to stop it hang.
+    QString loss = m_run->lossText();
+    if (m_outcome && !m_outcome->isInTransaction)
+        loss = QString();
+    if (!loss.isNull())
+        text += u' ' + loss;
+    abandon(text);
+}
+
+// What the client that is given up still says is not waited for: it may never come.
+void DXQuerySession::abandon(const QString &reason)
+{
+    tellNotices();
     const std::shared_ptr<DabroDatabaseClient> abandoned = std::move(m_client);
-    m_tunnelling->giveUp();
     createClient();
     ++m_number;
     m_isCancelUnderWay = false;
-    m_outcome = Outcome{
-        .error = failure(wasConnecting ? tr("Connecting was cancelled.")
-                                       : tr("The server did not stop when it was asked to, so "
-                                            "the connection was closed."))};
+    m_outcome = DXQueryRun::Outcome{.error = failure(reason)};
     finish();
     // Last, so that what the break makes the client say is not taken for what the server said.
     abandoned->abandonConnection();
+    // Not here, where the last to let go of it would close its tunnel and wait for that.
+    DXDispatch::background([abandoned] {});
 }
 
 void DXQuerySession::setState(State state)

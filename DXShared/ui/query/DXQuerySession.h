@@ -2,15 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "client/DXQueryDetails.h"
+#include "client/DXNoticeQueue.h"
 #include "core/DXError.h"
 #include "core/DXGlobal.h"
+#include "query/DXQueryRun.h"
 
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -68,19 +68,22 @@ public:
 
     /// Connects, unless that is done.
     void connectToServer();
-    /// Runs the statements as one batch and answers what they yield, which fills while they run.
-    /// Nothing while the session is busy.
+    /// Runs the statements, as one batch unless it commits manually, and answers what they yield,
+    /// which fills while they run. Nothing while the session is busy.
     std::shared_ptr<DXQueryResult> run(const QList<DXQueryDetails> &statements);
     void commit();
     void rollback();
-    /// Asks the server to stop what runs, and breaks the connection when it does not.
+    /// Asks the server to stop what runs, and breaks the connection when it does not. A connection
+    /// that is only being made is given up at once.
     void cancel();
 
 Q_SIGNALS:
     void stateChanged();
     /// A statement began, ended, or yielded its first rows; at most once a turn of the event loop.
     void progressed();
-    void noticeReceived(const QString &notice);
+    /// The server said something beside its answers; leftOut is how often it did before that and
+    /// is not told, because it said too much at once.
+    void noticesReceived(const QList<DXNotice> &notices, qint64 leftOut);
     /// A lost connection was made anew: settings and temporary tables of the old one are gone.
     void reconnected();
     /// What was started has ended; error is empty when all went well.
@@ -88,37 +91,35 @@ Q_SIGNALS:
 
 private:
     class Result;
-    class Tunnelling;
-    using Work = std::function<void(DabroDatabaseClient &client, DXError *error)>;
-    struct Outcome
-    {
-        DXError error = {};
-        QString serverVersion = {};
-        QString connectionSummary = {};
-        bool isInTransaction = false;
-    };
+    using Stage = DXQueryRun::Stage;
 
     void createClient();
-    bool start(const Work &work);
-    void connected(bool again);
-    void ended(const Outcome &outcome);
+    void start(DXQueryRun::Init init);
+    void reached(Stage stage);
+    void ended(const DXQueryRun::Outcome &outcome);
     void finish();
     void requestCancel();
-    void abandon();
+    void escalate();
+    void abandon(const QString &reason);
+    void tellNotices();
     void setState(State state);
 
     Init m_init;
     std::shared_ptr<DabroDatabaseClient> m_client;
-    std::shared_ptr<Tunnelling> m_tunnelling;
+    std::shared_ptr<DXNoticeQueue> m_notices;
+    // There while the session is busy.
+    std::shared_ptr<DXQueryRun> m_run;
     // Answers of an earlier run, or of a client that was given up, carry another number.
     quint64 m_number = 0;
     State m_state = State::Idle;
     bool m_commitsManually = false;
+    // Whether there was a connection when the server was last heard of, and ever.
+    bool m_isConnected = false;
     bool m_wasConnected = false;
     bool m_isCancelUnderWay = false;
-    std::optional<Outcome> m_outcome;
+    std::optional<DXQueryRun::Outcome> m_outcome;
     QElapsedTimer m_transaction;
-    QElapsedTimer m_run;
+    QElapsedTimer m_clock;
     qint64 m_elapsed = 0;
     QTimer m_cancelTimer;
     QTimer m_patienceTimer;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/query/DXQueryTab.h"
 
+#include "client/DXNoticeQueue.h"
 #include "client/DXQueryResult.h"
 #include "client/DabroDBC.h"
 #include "client/DabroDatabaseClient.h"
@@ -89,9 +90,7 @@ DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
     connect(m_session, &DXQuerySession::stateChanged, this, &DXQueryTab::statusChanged);
     connect(m_session, &DXQuerySession::progressed, this, &DXQueryTab::takeResults);
     connect(m_session, &DXQuerySession::finished, this, &DXQueryTab::showEnd);
-    connect(m_session, &DXQuerySession::noticeReceived, this, [this](const QString &notice) {
-        m_messages->append(DXMessageView::Kind::Notice, notice.trimmed());
-    });
+    connect(m_session, &DXQuerySession::noticesReceived, this, &DXQueryTab::showNotices);
     connect(m_session, &DXQuerySession::reconnected, this, [this] {
         m_messages->append(DXMessageView::Kind::Information,
                            tr("The connection had been lost and was made anew. Settings and "
@@ -267,6 +266,15 @@ void DXQueryTab::showEnd(const DXError &error)
         m_results->setCurrentWidget(m_messages);
     updateTitles();
     Q_EMIT finished(error);
+}
+
+void DXQueryTab::showNotices(const QList<DXNotice> &notices, qint64 leftOut)
+{
+    QList<DXMessageView::Message> messages;
+    messages.reserve(notices.size());
+    for (const DXNotice &notice : notices)
+        messages.append({DXMessageView::Kind::Notice, notice.time, notice.text.trimmed()});
+    m_messages->append(messages, leftOut);
 }
 
 void DXQueryTab::showValue(const QString &column, const DXValue &value)

@@ -25,6 +25,7 @@ class DXValueView;
 class DabroDBC;
 class DabroDatabaseClient;
 class QTabWidget;
+struct DXNotice;
 
 /// An editor, its connection, and what the statements run in it yielded: a grid each, and their
 /// messages. [main]
@@ -91,6 +92,7 @@ private:
     void addPage(const std::shared_ptr<DXQueryResultDetails> &details);
     void updateTitles();
     void showEnd(const DXError &error);
+    void showNotices(const QList<DXNotice> &notices, qint64 leftOut);
     void showValue(const QString &column, const DXValue &value);
     DXResultText::Dialect dialect() const;
 

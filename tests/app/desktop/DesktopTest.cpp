@@ -75,12 +75,17 @@ bool DesktopTest::run(const QString &text) const
     return becomesIdle();
 }
 
-bool DesktopTest::start(const QString &text) const
+bool DesktopTest::start(const PostgresCluster &cluster, const QString &text) const
 {
     tab().editor().setText(text);
     tab().runAll();
-    return DXWait::until(
-        [this] { return tab().session().state() == DXQuerySession::State::Running; });
+    return DXWait::until([&] {
+        return cluster.psql(QStringLiteral("SELECT count(*) FROM pg_stat_activity WHERE "
+                                           "state = 'active' AND wait_event = 'PgSleep' AND "
+                                           "query = '%1'")
+                                .arg(text))
+               == u"1";
+    });
 }
 
 bool DesktopTest::becomesIdle() const

@@ -36,8 +36,8 @@ protected:
 
     /// Puts text into the tab's editor and runs all of it; false when that does not end.
     bool run(const QString &text) const;
-    /// Starts text, and waits until the server computes.
-    bool start(const QString &text) const;
+    /// Starts text, a statement that sleeps, and waits until the cluster computes it.
+    bool start(const PostgresCluster &cluster, const QString &text) const;
     bool becomesIdle() const;
     QString messages() const;
     /// What the window says to have failed, outside of tabs and in the one that is shown.

@@ -164,7 +164,7 @@ TEST_F(Failures, ofTheJournalAreToldBeforeQuitting)
 
 TEST_F(Failures, toComeAreToldBeforeQuitting)
 {
-    ASSERT_TRUE(start(u"SELECT pg_sleep(60)"_qs));
+    ASSERT_TRUE(start(PostgresCluster::shared(), u"SELECT pg_sleep(60)"_qs));
     EXPECT_FALSE(window().close());
     QMessageBox *const question = Widgets::opened<QMessageBox>();
     EXPECT_THAT(question->text().toStdString(), HasSubstr("A statement is running"));

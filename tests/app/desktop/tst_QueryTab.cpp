@@ -21,8 +21,10 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStatusBar>
+#include <QTcpServer>
 
 #include <csignal>
+#include <functional>
 #include <sys/types.h>
 
 namespace
@@ -105,12 +107,86 @@ TEST_F(QueryTab, showsNoticesAsTheyCome)
 
 TEST_F(QueryTab, cancelsWhatTheServerComputes)
 {
-    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+    ASSERT_TRUE(start(PostgresCluster::shared(), u"SELECT pg_sleep(600)"_qs));
     press(Qt::Key_Period, Qt::ControlModifier);
     ASSERT_TRUE(becomesIdle());
     EXPECT_THAT(messages().toStdString(), HasSubstr("canceling statement due to user request"));
     ASSERT_TRUE(run(u"SELECT 'well'"_qs));
     EXPECT_EQ(cells(0), u"well"_qs);
+}
+
+TEST_F(QueryTab, staysUsableWhileTheServerIsTalkative)
+{
+    ASSERT_TRUE(
+        run(u"DO $$ BEGIN FOR i IN 1..200000 LOOP RAISE NOTICE '%', i; END LOOP; END $$"_qs));
+    const QStringList lines = messages().split(u'\n');
+    EXPECT_EQ(lines.size(), 10001);
+    EXPECT_EQ(QString(lines.constFirst()).remove(u','),
+              u"190001 earlier messages were left out."_qs);
+    EXPECT_THAT(lines.at(lines.size() - 2).toStdString(), HasSubstr("NOTICE:  200000"));
+    EXPECT_THAT(lines.constLast().toStdString(), HasSubstr("completed successfully"));
+
+    tab().editor().setText(u"DO $$ BEGIN LOOP RAISE NOTICE 'again'; END LOOP; END $$"_qs);
+    tab().runAll();
+    ASSERT_TRUE(DXWait::until([this] { return messages().contains(u"again"); }));
+    press(Qt::Key_Period, Qt::ControlModifier);
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_THAT(messages().toStdString(), HasSubstr("canceling statement due to user request"));
+}
+
+TEST_F(QueryTab, cancelsBeforeTheServerKnowsWithoutLosingTheTransaction)
+{
+    ASSERT_TRUE(run(u"BEGIN"_qs));
+    tab().editor().setText(u"SELECT pg_sleep(600)"_qs);
+    tab().runAll();
+    tab().cancel();
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_TRUE(tab().session().isInTransaction()) << qPrintable(messages());
+    EXPECT_THAT(messages().toLower().toStdString(), HasSubstr("cancel"));
+    EXPECT_FALSE(messages().contains(u"Connecting"));
+    tab().session().rollback();
+    ASSERT_TRUE(becomesIdle());
+}
+
+TEST_F(QueryTab, givesUpAServerThatDoesNotIntroduceItself)
+{
+    QTcpServer mute;
+    ASSERT_TRUE(mute.listen(QHostAddress::LocalHost));
+    const auto details = tab().details()->copy();
+    details->setHost(u"127.0.0.1"_qs);
+    details->setPort(mute.serverPort());
+    ASSERT_TRUE(tab().setDetails(details));
+    tab().editor().setText(u"SELECT 1"_qs);
+    tab().runAll();
+    ASSERT_TRUE(DXWait::until([&mute] { return mute.hasPendingConnections(); }));
+    EXPECT_EQ(tab().session().state(), DXQuerySession::State::Connecting);
+    tab().cancel();
+    EXPECT_FALSE(tab().session().isBusy());
+    EXPECT_THAT(messages().toStdString(), HasSubstr("Connecting was cancelled."));
+}
+
+TEST_F(QueryTab, committingManuallyKeepsNothingBehindTheUsersBack)
+{
+    const PostgresCluster &cluster = PostgresCluster::shared();
+    cluster.psql(u"DROP TABLE IF EXISTS kept; CREATE TABLE kept (i int);"
+                 "INSERT INTO kept VALUES (1), (2)"_qs);
+    tab().session().setCommitsManually(true);
+    ASSERT_TRUE(run(u"INSERT INTO kept VALUES (3);\nCOMMIT;\nDELETE FROM kept;\n"
+                    "SELECT count(*) FROM kept"_qs));
+    EXPECT_EQ(cells(0), u"0"_qs) << qPrintable(messages());
+    EXPECT_THAT(messages().toStdString(), HasSubstr("Line 3: Command completed successfully. (3"));
+    EXPECT_TRUE(tab().session().isInTransaction());
+    tab().session().rollback();
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_EQ(cluster.psql(u"SELECT count(*) FROM kept"_qs), u"3"_qs);
+
+    ASSERT_TRUE(run(u"DELETE FROM kept;\nVACUUM;\nCOMMIT"_qs));
+    EXPECT_THAT(messages().toStdString(), HasSubstr("cannot run inside a transaction block"));
+    EXPECT_FALSE(messages().contains(u"Line 3"));
+    EXPECT_TRUE(tab().session().isInTransaction());
+    tab().session().rollback();
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_EQ(cluster.psql(u"SELECT count(*) FROM kept"_qs), u"3"_qs);
 }
 
 TEST_F(QueryTab, keepsItsTransactionAndShowsIt)
@@ -178,7 +254,7 @@ TEST_F(QueryTabOnServer, leavesAServerThatAnswersNothing)
 {
     ASSERT_TRUE(run(u"SELECT pg_backend_pid()"_qs));
     const pid_t backend = cells(0).toInt();
-    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+    ASSERT_TRUE(start(cluster, u"SELECT pg_sleep(600)"_qs));
     ASSERT_EQ(::kill(backend, SIGSTOP), 0);
     press(Qt::Key_Period, Qt::ControlModifier);
     EXPECT_TRUE(becomesIdle());
@@ -188,12 +264,38 @@ TEST_F(QueryTabOnServer, leavesAServerThatAnswersNothing)
 
     // A tab is closed at once whatever its server does.
     const pid_t other = cells(0).section(u'|', 1).toInt();
-    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+    ASSERT_TRUE(start(cluster, u"SELECT pg_sleep(601)"_qs));
     ASSERT_EQ(::kill(other, SIGSTOP), 0);
     press(Qt::Key_W, Qt::ControlModifier);
     EXPECT_FALSE(window().documents().current());
     for (const pid_t stopped : {backend, other})
         ::kill(stopped, SIGCONT);
+}
+
+TEST_F(QueryTabOnServer, saysWhatBecameOfTheTransactionItLeft)
+{
+    const auto leave = [this](const std::function<void()> &begin) {
+        EXPECT_TRUE(run(u"BEGIN; SELECT pg_backend_pid()"_qs));
+        const pid_t backend = cells(0).toInt();
+        EXPECT_EQ(::kill(backend, SIGSTOP), 0);
+        QSignalSpy states(&tab().session(), &DXQuerySession::stateChanged);
+        begin();
+        // Told first by the tab itself, then by who waits for the server.
+        EXPECT_TRUE(DXWait::until([&states] { return states.size() == 2; }));
+        tab().cancel();
+        EXPECT_TRUE(becomesIdle());
+        ::kill(backend, SIGCONT);
+        return messages().section(u'\n', -1).toStdString();
+    };
+    const std::string left = "did not stop when it was asked to, so the connection was closed. ";
+    EXPECT_THAT(leave([this] {
+                    tab().editor().setText(u"SELECT 1"_qs);
+                    tab().runAll();
+                }),
+                HasSubstr(left + "The open transaction is gone with the connection."));
+    EXPECT_FALSE(tab().session().isInTransaction());
+    EXPECT_THAT(leave([this] { tab().session().commit(); }),
+                HasSubstr(left + "Whether the transaction was committed is not known."));
 }
 
 TEST_F(QueryTabOnServer, outlivesItsServer)
@@ -214,7 +316,7 @@ TEST_F(QueryTabOnServer, outlivesItsServer)
     ASSERT_TRUE(run(u"SELECT 4"_qs));
     EXPECT_EQ(cells(0), u"4"_qs);
 
-    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+    ASSERT_TRUE(start(cluster, u"SELECT pg_sleep(600)"_qs));
     cluster.killHard();
     ASSERT_TRUE(becomesIdle());
     EXPECT_FALSE(messages().isEmpty());
