@@ -39,3 +39,15 @@ void DXQueryResult::incrementMessagesCount(qint64 count)
     const std::lock_guard lock(m_mutex);
     m_messagesCount += count;
 }
+
+qsizetype DXQueryResult::firstUndoneStatement() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_firstUndoneStatement;
+}
+
+void DXQueryResult::setFirstUndoneStatement(qsizetype statement)
+{
+    const std::lock_guard lock(m_mutex);
+    m_firstUndoneStatement = statement;
+}

@@ -29,6 +29,11 @@ public:
     virtual void incrementTotalResultCountBy(qint64 count);
     qint64 messagesCount() const;
     virtual void incrementMessagesCount(qint64 count);
+    /// The first of the statements that ended well and that the server rolled back afterwards,
+    /// because a later one failed: it and those up to the failed one did nothing. -1 when there is
+    /// none.
+    qsizetype firstUndoneStatement() const;
+    void setFirstUndoneStatement(qsizetype statement);
 
     /// Locked by whoever reads the list and stores a changed one as one step (BasicLockable).
     void lock() const { m_mutex.lock(); }
@@ -41,4 +46,5 @@ private:
     ResultSets m_resultSets;
     qint64 m_totalResultCount = 0;
     qint64 m_messagesCount = 0;
+    qsizetype m_firstUndoneStatement = -1;
 };

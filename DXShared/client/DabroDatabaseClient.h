@@ -70,7 +70,8 @@ public:
     /// runs fails at once. Does not block; nothing for clients that are not connected. [any]
     virtual void abandonConnection() = 0;
 
-    /// *Slot decides*, all three.
+    /// *Slot decides*, all three. A transaction that the server rolls back instead of committing
+    /// it, because something in it had failed, was not committed: that is an error.
     virtual bool beginTransaction(DXError *error) = 0;
     virtual bool commitTransaction(DXError *error) = 0;
     virtual bool rollbackTransaction(DXError *error) = 0;

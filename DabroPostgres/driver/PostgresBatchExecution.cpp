@@ -119,6 +119,7 @@ bool PostgresDatabaseClient::executeQueryDetails(const QList<DXQueryDetails> &qu
 
     DXError lastFailure;
     qsizetype count = 0;
+    qsizetype firstOfTransaction = 0;
     if (answer) {
         auto &rows = static_cast<PostgresDatabaseResultSet &>(*answer);
         do {
@@ -131,8 +132,17 @@ bool PostgresDatabaseClient::executeQueryDetails(const QList<DXQueryDetails> &qu
             finish(*details, failure ? errorMessage(failure) : successMessage(rows, rowCount),
                    resultSet, block);
             keepLast(lastFailure, std::exchange(failure, DXError()));
+            if (rows.hasEndedTransaction())
+                firstOfTransaction = count;
         } while (rows.nextResultSet(&failure));
         forwardNotifications();
+        // Statements that are sent together are one transaction, unless some of them say otherwise
+        // (manual, "Multiple Statements in a Simple Query"). In one that was begun, it is still
+        // open.
+        const bool hasServerFailed =
+            lastFailure.details().contains(PostgresDatabaseResultSet::sqlStateKey());
+        if (hasServerFailed && !isInTransaction() && firstOfTransaction < count - 1)
+            resultSet.setFirstUndoneStatement(firstOfTransaction);
     } else {
         if (failure.isEmpty())
             failure = {

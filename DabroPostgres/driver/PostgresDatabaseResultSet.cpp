@@ -22,6 +22,12 @@ enum TypeOid : quint32 {
     NumericOid = 1700,
 };
 
+bool endsTransaction(QByteArrayView commandTag)
+{
+    return commandTag == "COMMIT" || commandTag == "ROLLBACK"
+           || commandTag == "PREPARE TRANSACTION";
+}
+
 // Longer texts hardly come twice in turn.
 constexpr qsizetype mostShared = 64;
 
@@ -60,6 +66,7 @@ void PostgresDatabaseResultSet::processFirstRow(DXError *error)
     m_totalFields = 0;
     setShouldHaveRows(false);
     m_affectedRows = -1;
+    m_hasEndedTransaction = false;
     if (next(error))
         m_firstResult = std::move(m_currentResult);
 }
@@ -85,6 +92,7 @@ bool PostgresDatabaseResultSet::next(DXError *error)
     case PGRES_EMPTY_QUERY: {
         const QByteArrayView affected = PQcmdTuples(m_currentResult.get());
         m_affectedRows = affected.isEmpty() ? -1 : DXValue::leadingInteger(affected);
+        m_hasEndedTransaction = endsTransaction(PQcmdStatus(m_currentResult.get()));
         m_currentResult.reset();
         prepareNextResultSet();
         return false;

@@ -29,6 +29,8 @@ public:
     quint32 columnCount() const override { return m_totalFields; }
     DXValue objectForColumnIndex(quint32 index) const override;
     qint64 numberOfAffectedRows() const override { return m_affectedRows; }
+    /// Whether the statement, which has ended, also ended a transaction, as COMMIT and ROLLBACK do.
+    bool hasEndedTransaction() const { return m_hasEndedTransaction; }
 
     /// Appends the current row to store as the bytes that the server sent.
     void appendCurrentRow(DXRowStore &store) const;
@@ -71,6 +73,7 @@ private:
     };
     mutable std::vector<LastText> m_lastTexts;
     qint64 m_affectedRows = -1;
+    bool m_hasEndedTransaction = false;
     bool m_hasColumns = false;
     bool m_isAtEnd = false;
 };

@@ -96,7 +96,18 @@ bool PostgresDatabaseClient::beginTransaction(DXError *error)
 
 bool PostgresDatabaseClient::commitTransaction(DXError *error)
 {
-    return executeNonQuery(QStringLiteral("COMMIT"), error);
+    const bool hasFailed =
+        m_internalConnection && PQtransactionStatus(m_internalConnection->get()) == PQTRANS_INERROR;
+    DXError failure;
+    executeNonQuery(QStringLiteral("COMMIT"), &failure);
+    // The server takes this for a success.
+    if (hasFailed && !failure)
+        failure = {QStringLiteral(""), 0,
+                   QStringLiteral("The transaction was rolled back instead of committed, because a "
+                                  "statement in it had failed.")};
+    if (failure)
+        DXError::report(error, failure);
+    return true;
 }
 
 bool PostgresDatabaseClient::rollbackTransaction(DXError *error)

@@ -264,8 +264,25 @@ void DXQueryTab::showEnd(const DXError &error)
         m_messages->append(DXMessageView::Kind::Error, failure);
     if (error || resultPages().isEmpty())
         m_results->setCurrentWidget(m_messages);
+    if (error && m_result)
+        showUndone();
     updateTitles();
     Q_EMIT finished(error);
+}
+
+// Statements that told of their success before did nothing after all.
+void DXQueryTab::showUndone()
+{
+    const qsizetype first = m_result->firstUndoneStatement();
+    if (first < 0)
+        return;
+    const qsizetype line = m_result->resultSets()[first]->calculatedLineNumber() + 1;
+    m_messages->append(DXMessageView::Kind::Error,
+                       first == 0 ? tr("Nothing of this run was kept: the server ran it as one "
+                                       "transaction, and rolled that back.")
+                                  : tr("Nothing from line %1 on was kept: the server ran it as one "
+                                       "transaction, and rolled that back.")
+                                        .arg(QLocale().toString(line)));
 }
 
 void DXQueryTab::showNotices(const QList<DXNotice> &notices, qint64 leftOut)

@@ -92,6 +92,7 @@ private:
     void addPage(const std::shared_ptr<DXQueryResultDetails> &details);
     void updateTitles();
     void showEnd(const DXError &error);
+    void showUndone();
     void showNotices(const QList<DXNotice> &notices, qint64 leftOut);
     void showValue(const QString &column, const DXValue &value);
     DXResultText::Dialect dialect() const;

@@ -83,4 +83,10 @@ void CliBatchPrinter::printFailure(const DXError &error, const QString &text)
     m_init.console.error(message.trimmed());
     if (!mark.isEmpty())
         m_init.console.note(mark);
+    if (firstUndoneStatement() == 0)
+        m_init.console.note(QStringLiteral("Nothing of this run was kept: the server ran it as one "
+                                           "transaction, and rolled that back."));
+    else if (firstUndoneStatement() > 0)
+        m_init.console.note(QStringLiteral("Nothing since the last transaction ended was kept: the "
+                                           "server rolled it back."));
 }

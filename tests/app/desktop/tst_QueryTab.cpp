@@ -165,6 +165,42 @@ TEST_F(QueryTab, givesUpAServerThatDoesNotIntroduceItself)
     EXPECT_THAT(messages().toStdString(), HasSubstr("Connecting was cancelled."));
 }
 
+TEST_F(QueryTab, tellsWhatAFailureUndid)
+{
+    PostgresCluster::shared().psql(u"DROP TABLE IF EXISTS undone; CREATE TABLE undone (i int)"_qs);
+    const char *const all = "Nothing of this run was kept";
+    struct Case
+    {
+        const char *text;
+        const char *told;
+        const char *rows;
+    };
+    const Case cases[] = {
+        {"INSERT INTO undone VALUES (1); SELECT 1 / 0; SELECT 2", all, "0"},
+        {"INSERT INTO undone VALUES (1);\nCOMMIT; INSERT INTO undone VALUES (2);\nSELECT 1 / 0",
+         "Nothing from line 2 on was kept", "1"},
+        {"BEGIN; INSERT INTO undone VALUES (3); COMMIT; SELECT 1 / 0", "", "2"},
+        {"SELECT 1 / 0; INSERT INTO undone VALUES (4)", "", "2"},
+        {"INSERT INTO undone VALUES (5); COPY undone TO STDOUT", "", "3"},
+        {"INSERT INTO undone VALUES (6); VACUUM", all, "3"},
+        // What is undone here, the transaction that is still open tells.
+        {"INSERT INTO undone VALUES (7); BEGIN; SELECT 1 / 0", "", "3"},
+    };
+    for (const Case &each : cases) {
+        SCOPED_TRACE(each.text);
+        ASSERT_TRUE(run(QString::fromUtf8(each.text)));
+        EXPECT_EQ(messages().count(u"was kept"), *each.told ? 1 : 0) << qPrintable(messages());
+        EXPECT_THAT(messages().toStdString(), HasSubstr(each.told));
+        EXPECT_EQ(PostgresCluster::shared().psql(u"SELECT count(*) FROM undone"_qs),
+                  QString::fromUtf8(each.rows));
+    }
+    // Nor is it told again.
+    tab().session().commit();
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_THAT(messages().toStdString(), HasSubstr("rolled back instead of committed"));
+    EXPECT_FALSE(messages().contains(u"was kept"));
+}
+
 TEST_F(QueryTab, committingManuallyKeepsNothingBehindTheUsersBack)
 {
     const PostgresCluster &cluster = PostgresCluster::shared();
