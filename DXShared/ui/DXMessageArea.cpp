@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/DXMessageArea.h"
 
+#include "ui/DXLongText.h"
 #include "ui/DXTheme.h"
 
 #include <QAccessible>
@@ -43,7 +44,7 @@ void DXMessageArea::setMessage(Kind kind, const QString &text)
                                                             : theme.secondaryText);
     colors.setColor(QPalette::Base, theme.window);
     setPalette(colors);
-    setPlainText(text);
+    DXLongText::show(*this, text);
     setVisible(!text.isEmpty());
     fit();
     QAccessibleEvent event(this, QAccessible::Alert);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/query/DXMessageView.h"
 
+#include "ui/DXLongText.h"
 #include "ui/DXTheme.h"
 
 #include <QEvent>
@@ -35,6 +36,17 @@ QColor colorOf(DXMessageView::Kind kind, const DXTheme &theme)
     return theme.text;
 }
 
+// Of a long text the beginning, and how long it is.
+QString shownText(const QString &text)
+{
+    const QString shown = DXLongText::shownPart(text);
+    if (shown.size() == text.size())
+        return text;
+    return shown
+           + DXMessageView::tr("…\nThis is the beginning of %1 characters.")
+                 .arg(QLocale().toString(text.size()));
+}
+
 } // namespace
 
 DXMessageView::DXMessageView(QWidget *parent)
@@ -65,7 +77,7 @@ void DXMessageView::append(const QList<Message> &messages, qint64 leftOut)
     cursor.beginEditBlock();
     leaveOut(cursor, surplus, leftOut + first);
     for (const Message &message : messages.sliced(first))
-        show(cursor, message);
+        show(cursor, {message.kind, message.time, shownText(message.text)});
     cursor.endEditBlock();
     if (isAtEnd)
         bar.setValue(bar.maximum());
@@ -76,10 +88,13 @@ void DXMessageView::reset()
     m_shown.clear();
     m_leftOut = 0;
     clear();
+    setWordWrapMode(DXLongText::wrapMode({}));
 }
 
 void DXMessageView::show(QTextCursor &cursor, const Message &message)
 {
+    if (const auto mode = DXLongText::wrapMode(message.text); mode == QTextOption::WrapAnywhere)
+        setWordWrapMode(mode);
     const DXTheme &theme = DXTheme::of(palette());
     cursor.movePosition(QTextCursor::End);
     if (!document()->isEmpty())

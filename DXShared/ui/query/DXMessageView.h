@@ -26,7 +26,7 @@ public:
 
     explicit DXMessageView(QWidget *parent = nullptr);
 
-    /// Appends a message that came now.
+    /// Appends a message that came now; of a very long one the beginning, and how long it is.
     void append(Kind kind, const QString &text);
     /// Appends many in one step; leftOut is how many more came before them that nobody kept.
     void append(const QList<Message> &messages, qint64 leftOut = 0);

@@ -11,7 +11,8 @@ class QCheckBox;
 class QLabel;
 class QPlainTextEdit;
 
-/// Shows one value whole, JSON laid out for reading. Stays open beside its window and shows the
+/// Shows one value, JSON laid out for reading; of one that is too long to be shown at once the
+/// beginning, and says so. What is copied is whole. Stays open beside its window and shows the
 /// value that is asked for next. [main]
 class DXSHARED_EXPORT DXValueView final : public QDialog
 {
@@ -24,8 +25,10 @@ public:
 
 private:
     void update();
+    const QString &wholeText() const;
 
     QLabel *const m_heading;
+    QLabel *const m_part;
     QPlainTextEdit *const m_text;
     QCheckBox *const m_layout;
     QString m_raw;
