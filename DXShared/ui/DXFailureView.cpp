@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/DXFailureView.h"
 
+#include "ui/DXLongText.h"
 #include "ui/DXTheme.h"
 
 #include <QAccessible>
@@ -129,7 +130,7 @@ void DXFailureView::tell(Kind kind, const QString &headline, const QString &text
     m_copy->setVisible(kind == Kind::Failure);
     m_details->setVisible(m_place == Place::Window && !text.isEmpty());
     m_headline->setText(headline);
-    m_text->setPlainText(text);
+    DXLongText::show(*m_text, text);
     m_text->setVisible(m_details->isChecked() && !text.isEmpty());
     applyTheme();
     fitText();
