@@ -5,6 +5,7 @@
 #include "client/DabroDBC.h"
 #include "desktop/Connections.h"
 #include "tree/DatabaseTreeEntryServerRoot.h"
+#include "ui/DXToolTip.h"
 #include "ui/query/DXQuerySession.h"
 #include "ui/query/DXQueryTab.h"
 
@@ -66,7 +67,8 @@ void TargetChooser::update()
     const int widest = longestTitle * m_connection->fontMetrics().averageCharWidth();
     m_connection->setText(
         plain(m_connection->fontMetrics().elidedText(title, Qt::ElideMiddle, widest)));
-    m_connection->setToolTip(title);
+    m_connection->setToolTip(DXToolTip::plain(title));
+    m_connection->setAccessibleDescription(title);
     const QString database = m_tab ? m_tab->details()->database() : QString();
     m_database->setText(plain(database.isEmpty() ? tr("Default database") : database));
     m_database->setVisible(m_tab && m_tab->hasConnection());

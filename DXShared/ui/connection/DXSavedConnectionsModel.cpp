@@ -4,6 +4,7 @@
 
 #include "client/SQLRecentConnection.h"
 #include "core/DXCollation.h"
+#include "ui/DXToolTip.h"
 
 #include <QMap>
 
@@ -31,9 +32,8 @@ QStandardItem *itemOf(const SQLRecentConnection &record)
     item->setData(record.effectiveTabColor(), Model::ColorRole);
     item->setData(record.connectionId(), Model::IdRole);
     item->setData(QStringLiteral("%1, %2").arg(item->text(), secondary), Qt::AccessibleTextRole);
-    item->setToolTip(record.username().isEmpty()
-                         ? secondary.toHtmlEscaped()
-                         : (record.username() + u'@' + secondary).toHtmlEscaped());
+    item->setToolTip(DXToolTip::plain(
+        record.username().isEmpty() ? secondary : record.username() + u'@' + secondary));
     item->setEditable(false);
     return item;
 }

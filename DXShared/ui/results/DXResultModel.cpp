@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/results/DXResultModel.h"
 
+#include "ui/DXToolTip.h"
 #include "ui/results/DXResultText.h"
 
 #include <QLocale>
@@ -105,7 +106,9 @@ QVariant DXResultModel::headerData(int section, Qt::Orientation orientation, int
 {
     if (orientation == Qt::Vertical)
         return role == Qt::DisplayRole ? QVariant(QLocale().toString(section + 1)) : QVariant();
-    if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
+    if (role == Qt::DisplayRole)
         return m_columnNames.value(section);
+    if (role == Qt::ToolTipRole)
+        return DXToolTip::plain(m_columnNames.value(section));
     return role == Qt::TextAlignmentRole ? aligned(isNumeric(section)) : QVariant();
 }

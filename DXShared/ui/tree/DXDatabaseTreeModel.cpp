@@ -4,6 +4,7 @@
 
 #include "dispatch/DXDispatch.h"
 #include "tree/ColumnDetailsTableCellView.h"
+#include "ui/DXToolTip.h"
 
 #include <QMimeData>
 
@@ -220,6 +221,7 @@ QVariant DXDatabaseTreeModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return cellOf(*shown).columnNameTextField;
     case Qt::ToolTipRole:
+        return DXToolTip::plain(wholeTextOf(*shown));
     case Qt::AccessibleTextRole:
         return wholeTextOf(*shown);
     case Qt::DecorationRole:
