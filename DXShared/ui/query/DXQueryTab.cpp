@@ -13,10 +13,12 @@
 #include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXMessageView.h"
 #include "ui/query/DXQuerySession.h"
+#include "ui/results/DXResultOutput.h"
 #include "ui/results/DXResultPage.h"
 #include "ui/results/DXValueView.h"
 
 #include <QLocale>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
@@ -53,6 +55,21 @@ QWidget *withFindBar(DXSQLEditor &editor)
     return widget;
 }
 
+DXMessageView::Kind kindOf(DXResultTask::Outcome outcome)
+{
+    switch (outcome) {
+    case DXResultTask::Outcome::Done:
+        return DXMessageView::Kind::Success;
+    case DXResultTask::Outcome::Incomplete:
+        return DXMessageView::Kind::Notice;
+    case DXResultTask::Outcome::Failed:
+        return DXMessageView::Kind::Error;
+    case DXResultTask::Outcome::Cancelled:
+        break;
+    }
+    return DXMessageView::Kind::Information;
+}
+
 } // namespace
 
 DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
@@ -63,18 +80,14 @@ DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
     , m_session(new DXQuerySession({.details = init.details}, this))
     , m_messages(new DXMessageView)
     , m_results(new QTabWidget)
+    , m_output(new DXResultOutput)
     , m_dialectClient(init.details->createNewClient())
     , m_hasConnection(init.hasConnection)
 {
-    m_results->setDocumentMode(true);
-    m_results->setUsesScrollButtons(true);
-    m_results->setAccessibleName(tr("Results"));
-    m_results->tabBar()->setExpanding(false);
-    m_results->addTab(m_messages, tr("Messages"));
     auto *const splitter = new QSplitter(Qt::Vertical);
     splitter->setChildrenCollapsible(false);
     splitter->addWidget(withFindBar(*m_editor));
-    splitter->addWidget(m_results);
+    splitter->addWidget(createResultsPane());
     splitter->setStretchFactor(0, 1);
     splitter->setStretchFactor(1, 1);
     auto *const layout = new QVBoxLayout(this);
@@ -99,6 +112,34 @@ DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
 }
 
 DXQueryTab::~DXQueryTab() = default;
+
+QWidget *DXQueryTab::createResultsPane()
+{
+    m_results->setDocumentMode(true);
+    m_results->setUsesScrollButtons(true);
+    m_results->setAccessibleName(tr("Results"));
+    m_results->tabBar()->setExpanding(false);
+    m_results->addTab(m_messages, tr("Messages"));
+    auto *const pane = new QWidget;
+    auto *const layout = new QVBoxLayout(pane);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_results);
+    layout->addWidget(m_output);
+    auto *const escape = new QShortcut(Qt::Key_Escape, pane);
+    escape->setContext(Qt::WidgetWithChildrenShortcut);
+    escape->setEnabled(false);
+    connect(escape, &QShortcut::activated, m_output, &DXResultOutput::cancel);
+    connect(m_output, &DXResultOutput::busyChanged, escape, &QShortcut::setEnabled);
+    connect(m_output, &DXResultOutput::ended, this,
+            [this](DXResultTask::Outcome outcome, const QString &message) {
+                m_messages->append(kindOf(outcome), message);
+                if (outcome == DXResultTask::Outcome::Failed
+                    || outcome == DXResultTask::Outcome::Incomplete)
+                    m_results->setCurrentWidget(m_messages);
+            });
+    return pane;
+}
 
 const std::shared_ptr<DabroDBC> &DXQueryTab::details() const
 {
@@ -223,14 +264,9 @@ void DXQueryTab::report(const DXQueryResultDetails &details)
 
 void DXQueryTab::addPage(const std::shared_ptr<DXQueryResultDetails> &details)
 {
-    auto *const page = new DXResultPage(details, dialect());
+    auto *const page =
+        new DXResultPage({.details = details, .dialect = dialect(), .output = *m_output});
     connect(page, &DXResultPage::valueRequested, this, &DXQueryTab::showValue);
-    connect(page, &DXResultPage::saved, this, [this](bool worked, const QString &message) {
-        m_messages->append(worked ? DXMessageView::Kind::Success : DXMessageView::Kind::Error,
-                           message);
-        if (!worked)
-            m_results->setCurrentWidget(m_messages);
-    });
     const int at = m_results->count() - 1;
     m_results->insertTab(at, page, QString());
     if (at == 0)

@@ -19,6 +19,7 @@ class DXMessageView;
 class DXQueryResult;
 class DXQueryResultDetails;
 class DXQuerySession;
+class DXResultOutput;
 class DXResultPage;
 class DXSQLEditor;
 class DXValueView;
@@ -64,6 +65,8 @@ public:
     QList<DXResultPage *> resultPages() const;
     /// The page that is looked at; null while it is the messages'.
     DXResultPage *currentResultPage() const;
+    /// What copies and saves results.
+    DXResultOutput &output() const { return *m_output; }
     DXMessageView &messages() const { return *m_messages; }
     /// Goes to the next (1) or the previous (-1) page of the results.
     void showResult(int step);
@@ -95,6 +98,7 @@ private:
     void showUndone();
     void showNotices(const QList<DXNotice> &notices, qint64 leftOut);
     void showValue(const QString &column, const DXValue &value);
+    QWidget *createResultsPane();
     DXResultText::Dialect dialect() const;
 
     DXFailureList *const m_failures;
@@ -103,6 +107,7 @@ private:
     DXQuerySession *const m_session;
     DXMessageView *const m_messages;
     QTabWidget *const m_results;
+    DXResultOutput *const m_output;
     DXValueView *m_valueView = nullptr;
     // Knows how names and values are written; never connected.
     const std::shared_ptr<const DabroDatabaseClient> m_dialectClient;

@@ -5,9 +5,7 @@
 #include "ui/DXTheme.h"
 #include "ui/results/DXResultModel.h"
 
-#include <QClipboard>
 #include <QFontDatabase>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
@@ -88,42 +86,25 @@ void DXResultGrid::fitColumns()
     }
 }
 
-DXResultText::Area DXResultGrid::selectedArea() const
+DXResultArea DXResultGrid::selectedArea() const
 {
+    QList<int> order;
+    for (int column = 0; column < m_model->columnCount(); ++column)
+        order.append(horizontalHeader()->logicalIndex(column));
     const QItemSelection selection = selectionModel()->selection();
-    if (selection.isEmpty())
-        return {.rowCount = m_model->rowCount(), .columnCount = m_model->columnCount()};
-    int top = selection.first().top();
-    int bottom = selection.first().bottom();
-    int left = selection.first().left();
-    int right = selection.first().right();
-    for (const QItemSelectionRange &range : selection) {
-        top = std::min(top, range.top());
-        bottom = std::max(bottom, range.bottom());
-        left = std::min(left, range.left());
-        right = std::max(right, range.right());
-    }
-    return {.firstRow = top,
-            .rowCount = bottom - top + 1,
-            .firstColumn = left,
-            .columnCount = right - left + 1};
+    return selection.isEmpty() ? DXResultArea::all(m_model->rowCount(), order)
+                               : DXResultArea::selected(selection, order);
 }
 
-void DXResultGrid::copy(DXResultText::Format format, const DXResultText::Dialect &dialect)
+void DXResultGrid::copy()
 {
-    const DXResultText::Area area = selectedArea();
-    const bool isOneCell = area.rowCount == 1 && area.columnCount == 1;
-    const QString text = isOneCell && format == DXResultText::Format::Tsv
-                             ? DXResultText::textOf(
-                                 m_model->value(static_cast<int>(area.firstRow), area.firstColumn))
-                             : DXResultText::text(m_model->details(), format, area, dialect);
-    QGuiApplication::clipboard()->setText(text);
+    Q_EMIT copyRequested();
 }
 
 void DXResultGrid::keyPressEvent(QKeyEvent *event)
 {
     if (event->matches(QKeySequence::Copy))
-        copy(DXResultText::Format::Tsv);
+        copy();
     else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
              && currentIndex().isValid())
         Q_EMIT valueRequested(currentIndex());

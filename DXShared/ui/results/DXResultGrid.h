@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "client/DXQueryResultDetails.h"
 #include "core/DXGlobal.h"
-#include "ui/results/DXResultText.h"
+#include "ui/results/DXResultArea.h"
 
 #include <QTableView>
 
@@ -20,13 +21,16 @@ public:
                           QWidget *parent = nullptr);
 
     DXResultModel &resultModel() const { return *m_model; }
-    /// The rectangle around the selection; all cells when nothing is selected.
-    DXResultText::Area selectedArea() const;
-    /// Puts selectedArea() on the clipboard, a single cell as it is. dialect is needed for Insert
-    /// only.
-    void copy(DXResultText::Format format, const DXResultText::Dialect &dialect = {});
+    /// The selected cells, columns in the order in which they are seen: of scattered ones the rows
+    /// and columns that hold any, and nothing that is not selected. All cells when none is.
+    DXResultArea selectedArea() const;
+
+public Q_SLOTS:
+    /// Asks for the selection to be copied, as Ctrl+C does.
+    void copy();
 
 Q_SIGNALS:
+    void copyRequested();
     /// The user wants to see a cell whole.
     void valueRequested(const QModelIndex &index);
 

@@ -2,41 +2,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/results/DXResultPage.h"
 
-#include "dispatch/DXDispatch.h"
 #include "ui/DXSaveDialog.h"
 #include "ui/results/DXResultGrid.h"
 #include "ui/results/DXResultModel.h"
+#include "ui/results/DXResultOutput.h"
 
-#include <QLocale>
 #include <QMenu>
-#include <QPointer>
-#include <QSaveFile>
 #include <QVBoxLayout>
 
-namespace
-{
-
-// Empty when all of it is in the file.
-QString writeRows(const DXQueryResultDetails &details, const QString &path)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
-    const DXResultText::Area all{.rowCount = details.rows()->rowCount(),
-                                 .columnCount = static_cast<int>(details.columnNames().size())};
-    const bool worked = DXResultText::write(
-        details, DXResultText::Format::Csv, all, {},
-        [&file](const QByteArray &text) { return file.write(text) == text.size(); });
-    return worked && file.commit() ? QString() : file.errorString();
-}
-
-} // namespace
-
-DXResultPage::DXResultPage(const std::shared_ptr<const DXQueryResultDetails> &details,
-                           const DXResultText::Dialect &dialect, QWidget *parent)
+DXResultPage::DXResultPage(const Init &init, QWidget *parent)
     : QWidget(parent)
-    , m_details(details)
-    , m_dialect(dialect)
+    , m_details(init.details)
+    , m_dialect(init.dialect)
+    , m_output(init.output)
 {
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -61,6 +39,8 @@ void DXResultPage::showEvent(QShowEvent *event)
         menu->setAttribute(Qt::WA_DeleteOnClose);
         menu.release()->popup(m_grid->viewport()->mapToGlobal(position));
     });
+    connect(m_grid, &DXResultGrid::copyRequested, this,
+            [this] { copy(DXResultText::Format::Tsv); });
     connect(m_grid, &DXResultGrid::valueRequested, this, [this](const QModelIndex &index) {
         Q_EMIT valueRequested(m_details->columnNames().value(index.column()),
                               m_grid->resultModel().value(index.row(), index.column()));
@@ -90,7 +70,7 @@ std::unique_ptr<QMenu> DXResultPage::createMenu()
 void DXResultPage::copy(DXResultText::Format format)
 {
     if (m_grid)
-        m_grid->copy(format, m_dialect);
+        m_output.copy(m_details, format, m_grid->selectedArea(), m_dialect);
 }
 
 void DXResultPage::saveAsCsv()
@@ -101,16 +81,5 @@ void DXResultPage::saveAsCsv()
 
 void DXResultPage::writeCsv(const QString &path)
 {
-    DXDispatch::background([details = m_details, path, page = QPointer(this)] {
-        const QString failure = writeRows(*details, path);
-        DXDispatch::main([failure, path, page, count = details->rows()->rowCount()] {
-            if (!page)
-                return;
-            Q_EMIT page->saved(
-                failure.isEmpty(),
-                failure.isEmpty()
-                    ? tr("%1 rows were saved to %2.").arg(QLocale().toString(count), path)
-                    : tr("Could not save to %1: %2.").arg(path, failure));
-        });
-    });
+    m_output.saveCsv(m_details, path);
 }

@@ -12,6 +12,7 @@
 #include <memory>
 
 class DXResultGrid;
+class DXResultOutput;
 class QMenu;
 
 /// The page of one statement's rows. Its grid is made when it is first looked at, so that a batch
@@ -21,9 +22,15 @@ class DXSHARED_EXPORT DXResultPage final : public QWidget
     Q_OBJECT
 
 public:
-    /// escapeName quotes a path as the driver does.
-    DXResultPage(const std::shared_ptr<const DXQueryResultDetails> &details,
-                 const DXResultText::Dialect &dialect, QWidget *parent = nullptr);
+    struct Init
+    {
+        std::shared_ptr<const DXQueryResultDetails> details;
+        /// escapeName quotes a path as the driver does.
+        DXResultText::Dialect dialect;
+        /// Outlives the page.
+        DXResultOutput &output;
+    };
+    explicit DXResultPage(const Init &init, QWidget *parent = nullptr);
 
     const DXQueryResultDetails &details() const { return *m_details; }
     /// Null before the page was shown.
@@ -36,14 +43,12 @@ public:
     void copy(DXResultText::Format format);
     /// Asks for a file and writes all rows into it in the background.
     void saveAsCsv();
-    /// Writes all rows to path in the background; a file that was there stays as it is on failure.
+    /// Has all rows written to path, by what the page was made with.
     void writeCsv(const QString &path);
 
 Q_SIGNALS:
     /// The user wants to see a value whole.
     void valueRequested(const QString &column, const DXValue &value);
-    /// What became of writeCsv(), for the user.
-    void saved(bool worked, const QString &message);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -51,5 +56,6 @@ protected:
 private:
     const std::shared_ptr<const DXQueryResultDetails> m_details;
     const DXResultText::Dialect m_dialect;
+    DXResultOutput &m_output;
     DXResultGrid *m_grid = nullptr;
 };

@@ -6,6 +6,8 @@
 
 #include <QStringList>
 
+#include <utility>
+
 namespace
 {
 
@@ -48,13 +50,13 @@ QByteArray jsonField(const DXValue &value)
 class Rows final
 {
 public:
-    Rows(const DXQueryResultDetails &details, Format format, const DXResultText::Area &area,
+    Rows(const DXQueryResultDetails &details, Format format, const DXResultArea &area,
          const DXResultText::Dialect &dialect)
         : m_details(details)
         , m_format(format)
-        , m_area(area)
+        , m_columns(area.columns)
         , m_dialect(dialect)
-        , m_names(details.columnNames().mid(area.firstColumn, area.columnCount))
+        , m_names(details.columnNames())
     { }
 
     QByteArray before() const
@@ -64,26 +66,25 @@ public:
         if (m_format != Format::Csv)
             return {};
         QByteArrayList fields;
-        for (const QString &name : m_names)
-            fields.append(csvField(name));
+        for (const int column : m_columns)
+            fields.append(csvField(m_names[column]));
         return fields.join(',') + '\n';
     }
 
-    QByteArray row(qsizetype number) const
+    QByteArray row(qsizetype row, const QList<int> &columns)
     {
-        QByteArrayList fields;
-        for (int column = 0; column < m_area.columnCount; ++column)
-            fields.append(field(column, m_details.value(m_area.firstRow + number,
-                                                        quint32(m_area.firstColumn + column))));
+        const QByteArrayList fields = fieldsOf(row, columns);
+        const bool isFirst = std::exchange(m_isFirst, false);
         switch (m_format) {
         case Format::Tsv:
             return fields.join('\t') + '\n';
         case Format::Csv:
+        case Format::CsvWithoutNames:
             return fields.join(',') + '\n';
         case Format::Json:
-            return (number > 0 ? ",\n  {" : "\n  {") + fields.join(", ") + '}';
+            return (isFirst ? "\n  {" : ",\n  {") + fields.join(", ") + '}';
         case Format::Insert:
-            return insertBegin() + fields.join(", ") + ");\n";
+            return insertBegin(columns) + fields.join(", ") + ");\n";
         }
         return {};
     }
@@ -94,12 +95,30 @@ public:
     }
 
 private:
+    // Where columns have no names of their own, each has its place.
+    QByteArrayList fieldsOf(qsizetype row, const QList<int> &columns) const
+    {
+        const bool hasPlaces = m_format != Format::Json && m_format != Format::Insert;
+        QByteArrayList fields;
+        auto next = columns.begin();
+        for (const int column : hasPlaces ? m_columns : columns) {
+            if (next != columns.end() && *next == column) {
+                fields.append(field(column, m_details.value(row, quint32(column))));
+                ++next;
+            } else {
+                fields.append(QByteArray());
+            }
+        }
+        return fields;
+    }
+
     QByteArray field(int column, const DXValue &value) const
     {
         switch (m_format) {
         case Format::Tsv:
             return tsvField(DXResultText::textOf(value));
         case Format::Csv:
+        case Format::CsvWithoutNames:
             return csvField(DXResultText::textOf(value));
         case Format::Json:
             return jsonString(m_names[column]) + ": " + jsonField(value);
@@ -109,11 +128,11 @@ private:
         return {};
     }
 
-    QByteArray insertBegin() const
+    QByteArray insertBegin(const QList<int> &columns) const
     {
         QStringList names;
-        for (const QString &name : m_names)
-            names.append(m_dialect.escapeName(name));
+        for (const int column : columns)
+            names.append(m_dialect.escapeName(m_names[column]));
         return QStringLiteral("INSERT INTO %1 (%2) VALUES (")
             .arg(m_dialect.tableName, names.join(QLatin1String(", ")))
             .toUtf8();
@@ -121,9 +140,10 @@ private:
 
     const DXQueryResultDetails &m_details;
     const Format m_format;
-    const DXResultText::Area m_area;
+    const QList<int> m_columns;
     const DXResultText::Dialect &m_dialect;
     const QStringList m_names;
+    bool m_isFirst = true;
 };
 
 } // namespace
@@ -136,22 +156,24 @@ QString DXResultText::textOf(const DXValue &value)
     return QString::fromLatin1(bytes.startsWith("\\x") ? bytes : "\\x" + bytes.toHex());
 }
 
-bool DXResultText::write(const DXQueryResultDetails &details, Format format, const Area &area,
-                         const Dialect &dialect,
+bool DXResultText::write(const DXQueryResultDetails &details, Format format,
+                         const DXResultArea &area, const Dialect &dialect,
                          const std::function<bool(const QByteArray &text)> &piece)
 {
-    const Rows rows(details, format, area, dialect);
+    Rows rows(details, format, area, dialect);
     if (!piece(rows.before()))
         return false;
-    for (qsizetype number = 0; number < area.rowCount; ++number) {
-        if (!piece(rows.row(number)))
-            return false;
+    for (const DXResultArea::Block &block : area.blocks) {
+        for (qsizetype number = 0; number < block.rowCount; ++number) {
+            if (!piece(rows.row(block.firstRow + number, block.columns)))
+                return false;
+        }
     }
     return piece(rows.after());
 }
 
-QString DXResultText::text(const DXQueryResultDetails &details, Format format, const Area &area,
-                           const Dialect &dialect)
+QString DXResultText::text(const DXQueryResultDetails &details, Format format,
+                           const DXResultArea &area, const Dialect &dialect)
 {
     QByteArray text;
     write(details, format, area, dialect, [&text](const QByteArray &piece) {

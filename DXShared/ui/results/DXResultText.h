@@ -4,6 +4,7 @@
 
 #include "client/DXQueryResultDetails.h"
 #include "core/DXGlobal.h"
+#include "ui/results/DXResultArea.h"
 
 #include <QByteArray>
 #include <QString>
@@ -19,19 +20,12 @@ enum class Format {
     Tsv,
     /// RFC 4180, with a row of names.
     Csv,
+    /// The same without them.
+    CsvWithoutNames,
     /// An array with an object a row; numbers with all their digits.
     Json,
     /// A statement a row.
     Insert
-};
-
-/// A rectangle of cells, counted from 0.
-struct Area
-{
-    qsizetype firstRow = 0;
-    qsizetype rowCount = 0;
-    int firstColumn = 0;
-    int columnCount = 0;
 };
 
 /// What INSERT needs of the driver.
@@ -47,12 +41,13 @@ struct Dialect
 /// for NULL.
 DXSHARED_EXPORT QString textOf(const DXValue &value);
 /// Hands the area over row by row, in UTF-8, until piece answers false, which is the result then.
-/// dialect is needed for Insert only.
-DXSHARED_EXPORT bool write(const DXQueryResultDetails &details, Format format, const Area &area,
-                           const Dialect &dialect,
+/// Columns of the area that a row has no cell of are empty fields between separators, no member of
+/// an object, and not among an INSERT's columns. dialect is needed for Insert only.
+DXSHARED_EXPORT bool write(const DXQueryResultDetails &details, Format format,
+                           const DXResultArea &area, const Dialect &dialect,
                            const std::function<bool(const QByteArray &text)> &piece);
 /// The same as one text.
-DXSHARED_EXPORT QString text(const DXQueryResultDetails &details, Format format, const Area &area,
-                             const Dialect &dialect = {});
+DXSHARED_EXPORT QString text(const DXQueryResultDetails &details, Format format,
+                             const DXResultArea &area, const Dialect &dialect = {});
 
 } // namespace DXResultText

@@ -1,12 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/DXWait.h"
+#include "support/PrintQt.h"
 #include "ui/results/DXResultGrid.h"
 #include "ui/results/DXResultModel.h"
+#include "ui/results/DXResultOutput.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -50,7 +53,40 @@ protected:
                         : DXRowStore::Cell{};
         });
     }
-    static QString clipboard() { return QGuiApplication::clipboard()->text(); }
+    void finish()
+    {
+        details->addRows();
+        details->setFinished(true);
+    }
+    /// From the first row and column to the last.
+    struct Range
+    {
+        int top;
+        int left;
+        int bottom;
+        int right;
+    };
+    static void select(DXResultGrid &grid, const QList<Range> &ranges)
+    {
+        grid.clearSelection();
+        for (const auto &[top, left, bottom, right] : ranges)
+            grid.selectionModel()->select(
+                {grid.model()->index(top, left), grid.model()->index(bottom, right)},
+                QItemSelectionModel::Select);
+    }
+    QString copied(const DXResultGrid &grid, Format format) const
+    {
+        DXResultOutput output;
+        output.copy(details, format, grid.selectedArea(),
+                    {.tableName = u"shop.t"_qs,
+                     .escapeName = [](const QString &name) { return u'<' + name + u'>'; },
+                     .escapeValue =
+                         [](const DXValue &value) {
+                             return value.isNull() ? u"NULL"_qs
+                                                   : u'[' + DXResultText::textOf(value) + u']';
+                         }});
+        return QGuiApplication::clipboard()->text();
+    }
 
     std::shared_ptr<DXQueryResultDetails> details =
         std::make_shared<DXQueryResultDetails>(&convert);
@@ -82,8 +118,7 @@ TEST_F(DXResultGridTest, tellsKindsOfCellsApart)
     append({QByteArray("-1.50"), QByteArray("NULL"), QByteArray("\\x00ff")});
     append({std::nullopt, QByteArray(""), QByteArray("\x01", 1)});
     append({QByteArray("2"), QByteArray("two\nlines\t") + QByteArray(2000, 'x'), std::nullopt});
-    details->addRows();
-    details->setFinished(true);
+    finish();
     const DXResultModel model(details);
     const auto shown = [&](int row, int column) {
         const QModelIndex index = model.index(row, column);
@@ -111,37 +146,110 @@ TEST_F(DXResultGridTest, copiesTheSelectionInEveryFormat)
     append({QByteArray("1"), QByteArray("a\tb, \"c\""), QByteArray("\\x00")});
     append({QByteArray("2"), std::nullopt, QByteArray("\\x01")});
     append({QByteArray("NaN"), QByteArray(""), std::nullopt});
-    details->addRows();
-    details->setFinished(true);
+    finish();
     DXResultGrid grid(details);
-    grid.selectionModel()->select({grid.model()->index(0, 0), grid.model()->index(2, 1)},
-                                  QItemSelectionModel::ClearAndSelect);
-    grid.copy(Format::Tsv);
-    EXPECT_EQ(clipboard(), u"1\ta\\tb, \"c\"\n2\t\\N\nNaN\t\n"_qs);
-    grid.copy(Format::Csv);
-    EXPECT_EQ(clipboard(), u"id,\"na\"\"me\"\n1,\"a\tb, \"\"c\"\"\"\n2,\nNaN,\"\"\n"_qs);
-    grid.copy(Format::Json);
-    EXPECT_EQ(clipboard(), u"[\n  {\"id\": 1, \"na\\\"me\": \"a\\tb, \\\"c\\\"\"},\n"
-                           "  {\"id\": 2, \"na\\\"me\": null},\n"
-                           "  {\"id\": \"NaN\", \"na\\\"me\": \"\"}\n]\n"_qs);
-    grid.copy(Format::Insert, {.tableName = u"shop.t"_qs,
-                               .escapeName = [](const QString &name) { return u'<' + name + u'>'; },
-                               .escapeValue =
-                                   [](const DXValue &value) {
-                                       return value.isNull() ? u"NULL"_qs
-                                                             : u'[' + value.toText() + u']';
-                                   }});
-    EXPECT_TRUE(clipboard().startsWith(
-        u"INSERT INTO shop.t (<id>, <na\"me>) VALUES ([1], [a\tb, \"c\"]);\n"_qs))
-        << qPrintable(clipboard());
-    EXPECT_TRUE(clipboard().contains(u"VALUES ([2], NULL);\n"));
+    select(grid, {{0, 0, 2, 1}});
+    EXPECT_EQ(copied(grid, Format::Tsv), u"1\ta\\tb, \"c\"\n2\t\\N\nNaN\t\n"_qs);
+    EXPECT_EQ(copied(grid, Format::Csv),
+              u"id,\"na\"\"me\"\n1,\"a\tb, \"\"c\"\"\"\n2,\nNaN,\"\"\n"_qs);
+    EXPECT_EQ(copied(grid, Format::Json), u"[\n  {\"id\": 1, \"na\\\"me\": \"a\\tb, \\\"c\\\"\"},\n"
+                                          "  {\"id\": 2, \"na\\\"me\": null},\n"
+                                          "  {\"id\": \"NaN\", \"na\\\"me\": \"\"}\n]\n"_qs);
+    EXPECT_EQ(copied(grid, Format::Insert),
+              u"INSERT INTO shop.t (<id>, <na\"me>) VALUES ([1], [a\tb, \"c\"]);\n"
+              "INSERT INTO shop.t (<id>, <na\"me>) VALUES ([2], NULL);\n"
+              "INSERT INTO shop.t (<id>, <na\"me>) VALUES ([NaN], []);\n"_qs);
 
     grid.setCurrentIndex(grid.model()->index(0, 1));
+    EXPECT_EQ(copied(grid, Format::Tsv), u"a\tb, \"c\""_qs);
+    const QSignalSpy copies(&grid, &DXResultGrid::copyRequested);
     QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(clipboard(), u"a\tb, \"c\""_qs);
+    EXPECT_TRUE(QMetaObject::invokeMethod(&grid, "copy")) << "which the menu does";
+    EXPECT_EQ(copies.count(), 2);
     const QSignalSpy requests(&grid, &DXResultGrid::valueRequested);
     QTest::keyClick(&grid, Qt::Key_Return);
     EXPECT_EQ(requests.count(), 1);
+}
+
+TEST_F(DXResultGridTest, copiesWhatIsSelectedAndNothingElse)
+{
+    details->setColumnNames({u"id"_qs, u"name"_qs, u"more"_qs});
+    details->setColumnTypes({Number, Text, Text});
+    for (const char *const row : {"1", "2", "3", "4", "5", "6"})
+        append({QByteArray(row), QByteArray("t") + row, QByteArray("b") + row});
+    finish();
+    DXResultGrid grid(details);
+    const QList<Range> rows1And5{{0, 0, 0, 2}, {4, 0, 4, 2}};
+    const struct
+    {
+        const char *what;
+        bool isFirstColumnLast;
+        QList<Range> selection;
+        QString tsv;
+        /// The columns of each statement, and its values.
+        QList<std::pair<QString, QString>> inserts;
+    } cases[] = {
+        {"rows apart",
+         false,
+         rows1And5,
+         u"1\tt1\tb1\n5\tt5\tb5\n"_qs,
+         {{u"<id>, <name>, <more>"_qs, u"[1], [t1], [b1]"_qs},
+          {u"<id>, <name>, <more>"_qs, u"[5], [t5], [b5]"_qs}}},
+        {"the last row first",
+         false,
+         {rows1And5[1], rows1And5[0]},
+         u"1\tt1\tb1\n5\tt5\tb5\n"_qs,
+         {{u"<id>, <name>, <more>"_qs, u"[1], [t1], [b1]"_qs},
+          {u"<id>, <name>, <more>"_qs, u"[5], [t5], [b5]"_qs}}},
+        {"rows with a column moved",
+         true,
+         rows1And5,
+         u"t1\tb1\t1\nt5\tb5\t5\n"_qs,
+         {{u"<name>, <more>, <id>"_qs, u"[t1], [b1], [1]"_qs},
+          {u"<name>, <more>, <id>"_qs, u"[t5], [b5], [5]"_qs}}},
+        {"columns apart",
+         false,
+         {{1, 0, 2, 0}, {1, 2, 2, 2}},
+         u"2\tb2\n3\tb3\n"_qs,
+         {{u"<id>, <more>"_qs, u"[2], [b2]"_qs}, {u"<id>, <more>"_qs, u"[3], [b3]"_qs}}},
+        {"cells on a slant",
+         false,
+         {{0, 0, 0, 0}, {2, 2, 2, 2}},
+         u"1\t\n\tb3\n"_qs,
+         {{u"<id>"_qs, u"[1]"_qs}, {u"<more>"_qs, u"[b3]"_qs}}},
+        {"a rectangle and a cell beside it",
+         false,
+         {{0, 0, 2, 1}, {1, 2, 1, 2}},
+         u"1\tt1\t\n2\tt2\tb2\n3\tt3\t\n"_qs,
+         {{u"<id>, <name>"_qs, u"[1], [t1]"_qs},
+          {u"<id>, <name>, <more>"_qs, u"[2], [t2], [b2]"_qs},
+          {u"<id>, <name>"_qs, u"[3], [t3]"_qs}}},
+        {"a cell twice",
+         false,
+         {{0, 0, 1, 0}, {1, 0, 2, 0}},
+         u"1\n2\n3\n"_qs,
+         {{u"<id>"_qs, u"[1]"_qs}, {u"<id>"_qs, u"[2]"_qs}, {u"<id>"_qs, u"[3]"_qs}}},
+        {"cells of a moved column",
+         true,
+         {{0, 0, 0, 0}, {1, 1, 1, 1}},
+         u"\t1\nt2\t\n"_qs,
+         {{u"<id>"_qs, u"[1]"_qs}, {u"<name>"_qs, u"[t2]"_qs}}},
+    };
+    for (const auto &[what, isFirstColumnLast, selection, tsv, inserts] : cases) {
+        QHeaderView &header = *grid.horizontalHeader();
+        header.moveSection(header.visualIndex(0), isFirstColumnLast ? 2 : 0);
+        select(grid, selection);
+        EXPECT_EQ(copied(grid, Format::Tsv), tsv) << what;
+        QString statements;
+        for (const auto &[columns, values] : inserts)
+            statements += u"INSERT INTO shop.t (%1) VALUES (%2);\n"_qs.arg(columns, values);
+        EXPECT_EQ(copied(grid, Format::Insert), statements) << what;
+    }
+    EXPECT_EQ(copied(grid, Format::Csv), u"name,id\n,1\nt2,\n"_qs);
+    EXPECT_EQ(copied(grid, Format::Json), u"[\n  {\"id\": 1},\n  {\"name\": \"t2\"}\n]\n"_qs);
+    grid.clearSelection();
+    EXPECT_TRUE(copied(grid, Format::Tsv).startsWith(u"t1\tb1\t1\n"));
+    EXPECT_EQ(grid.selectedArea().rowCount(), 6) << "nothing selected is all";
 }
 
 TEST_F(DXResultGridTest, fitsColumnsToWhatCameFirst)
