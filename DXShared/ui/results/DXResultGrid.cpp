@@ -16,6 +16,9 @@ namespace
 {
 
 constexpr int sampledRows = 100;
+// Tables of 1,600 columns are not to be measured for long.
+constexpr int fewestSampledRows = 10;
+constexpr int sampledCells = 20'000;
 constexpr int narrowest = 40;
 constexpr int widest = 360;
 constexpr int padding = 16;
@@ -75,7 +78,9 @@ void DXResultGrid::fitColumns()
 {
     const QFontMetrics heading(horizontalHeader()->font());
     const QFontMetrics cell(font());
-    const int rows = std::min(m_model->rowCount(), sampledRows);
+    const int rows =
+        std::min({m_model->rowCount(), sampledRows,
+                  std::max(fewestSampledRows, sampledCells / std::max(1, m_model->columnCount()))});
     for (int column = 0; column < m_model->columnCount(); ++column) {
         int width =
             heading.horizontalAdvance(m_model->headerData(column, Qt::Horizontal).toString());
@@ -110,4 +115,44 @@ void DXResultGrid::keyPressEvent(QKeyEvent *event)
         Q_EMIT valueRequested(currentIndex());
     else
         QTableView::keyPressEvent(event);
+}
+
+// Qt moves by one cell with Ctrl, and leaves behind what is selected.
+QModelIndex DXResultGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    const QModelIndex current = currentIndex();
+    if (!current.isValid() || !(modifiers & Qt::ControlModifier))
+        return QTableView::moveCursor(action, modifiers);
+    switch (action) {
+    case MoveUp:
+        return current.siblingAtRow(0);
+    case MoveDown:
+        return current.siblingAtRow(m_model->rowCount() - 1);
+    case MoveLeft:
+        return QTableView::moveCursor(MoveHome, Qt::NoModifier);
+    case MoveRight:
+        return QTableView::moveCursor(MoveEnd, Qt::NoModifier);
+    default:
+        return QTableView::moveCursor(action, modifiers);
+    }
+}
+
+QItemSelectionModel::SelectionFlags DXResultGrid::selectionCommand(const QModelIndex &index,
+                                                                   const QEvent *event) const
+{
+    if (event && event->type() == QEvent::KeyPress) {
+        const auto *const press = static_cast<const QKeyEvent *>(event);
+        if (press->key() >= Qt::Key_Home && press->key() <= Qt::Key_PageDown) {
+            const QKeyEvent move(press->type(), press->key(),
+                                 press->modifiers() & ~Qt::ControlModifier);
+            return QTableView::selectionCommand(index, &move);
+        }
+    }
+    return QTableView::selectionCommand(index, event);
+}
+
+int DXResultGrid::sizeHintForColumn(int column) const
+{
+    return std::min(QTableView::sizeHintForColumn(column),
+                    std::max(widest, viewport()->width() - padding));
 }

@@ -19,10 +19,29 @@ constexpr auto betweenUpdates = std::chrono::milliseconds(33);
 constexpr qsizetype mostRows = 50'000'000;
 constexpr int sampledRows = 50;
 
-QString oneLine(QString text)
+// What breaks or holds no line is shown as a picture of it.
+QChar shownAs(QChar character)
 {
-    text.truncate(DXResultModel::shownCharacters);
-    return text.replace(u'\n', QChar(0x2424)).replace(u'\r', QChar(0x240D)).replace(u'\t', u' ');
+    switch (character.unicode()) {
+    case u'\t':
+        return u' ';
+    case u'\n':
+    case QChar::LineSeparator:
+    case QChar::ParagraphSeparator:
+        return QChar(0x2424);
+    default:
+        return character < u' ' ? QChar(0x2400 + character.unicode()) : character;
+    }
+}
+
+QString oneLine(const QString &text)
+{
+    QString line = text.left(DXResultModel::shownCharacters);
+    // Never half of a character.
+    if (line.size() < text.size() && line.back().isHighSurrogate())
+        line.chop(1);
+    std::ranges::transform(line, line.begin(), shownAs);
+    return line;
 }
 
 QVariant aligned(bool isNumber)
@@ -95,8 +114,10 @@ QVariant DXResultModel::data(const QModelIndex &index, int role) const
     }
     case NullRole:
         return cell().isNull();
-    case Qt::TextAlignmentRole:
-        return aligned(cell().isNumber());
+    case Qt::TextAlignmentRole: {
+        const DXValue shown = cell();
+        return aligned(shown.isNull() ? isNumeric(index.column()) : shown.isNumber());
+    }
     default:
         return {};
     }

@@ -118,6 +118,8 @@ TEST_F(DXResultGridTest, tellsKindsOfCellsApart)
     append({QByteArray("-1.50"), QByteArray("NULL"), QByteArray("\\x00ff")});
     append({std::nullopt, QByteArray(""), QByteArray("\x01", 1)});
     append({QByteArray("2"), QByteArray("two\nlines\t") + QByteArray(2000, 'x'), std::nullopt});
+    append({QByteArray("3"), QByteArray("a\rb\u2028c\x1B") + "d", std::nullopt});
+    append({QByteArray("4"), "x" + QByteArray("\U0001F375").repeated(600), std::nullopt});
     finish();
     const DXResultModel model(details);
     const auto shown = [&](int row, int column) {
@@ -133,10 +135,13 @@ TEST_F(DXResultGridTest, tellsKindsOfCellsApart)
     EXPECT_EQ(shown(1, 2), u"\\x01"_qs);
     EXPECT_TRUE(shown(2, 1).startsWith(u"two\u2424lines x"_qs));
     EXPECT_EQ(shown(2, 1).size(), DXResultModel::shownCharacters);
+    EXPECT_EQ(shown(3, 1), u"a\u240Db\u2424c\u241Bd"_qs);
+    EXPECT_EQ(shown(4, 1).size(), DXResultModel::shownCharacters - 1) << "half of a character";
     const auto isRight = [&](const QVariant &alignment) {
         return (alignment.toInt() & Qt::AlignRight) != 0;
     };
     EXPECT_TRUE(isRight(model.index(0, 0).data(Qt::TextAlignmentRole)));
+    EXPECT_TRUE(isRight(model.index(1, 0).data(Qt::TextAlignmentRole))) << "NULL among numbers";
     EXPECT_FALSE(isRight(model.index(0, 1).data(Qt::TextAlignmentRole)));
     EXPECT_TRUE(isRight(model.headerData(0, Qt::Horizontal, Qt::TextAlignmentRole)));
 }
@@ -252,6 +257,44 @@ TEST_F(DXResultGridTest, copiesWhatIsSelectedAndNothingElse)
     EXPECT_EQ(grid.selectedArea().rowCount(), 6) << "nothing selected is all";
 }
 
+TEST_F(DXResultGridTest, selectsAndGoesByKeys)
+{
+    for (int row = 0; row < 50; ++row)
+        append({QByteArray::number(row), QByteArray("x"), std::nullopt});
+    finish();
+    DXResultGrid grid(details);
+    grid.setCurrentIndex(grid.model()->index(10, 1));
+    const struct
+    {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        int row;
+        int column;
+        int selectedCells;
+    } presses[] = {
+        {Qt::Key_Home, Qt::NoModifier, 10, 0, 1},
+        {Qt::Key_End, Qt::NoModifier, 10, 2, 1},
+        {Qt::Key_Home, Qt::ShiftModifier, 10, 0, 3},
+        {Qt::Key_Down, Qt::ShiftModifier, 11, 0, 6},
+        {Qt::Key_End, Qt::ControlModifier, 49, 2, 1},
+        {Qt::Key_Home, Qt::ControlModifier, 0, 0, 1},
+        {Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier, 49, 2, 150},
+        {Qt::Key_Up, Qt::ControlModifier, 0, 2, 1},
+        {Qt::Key_Left, Qt::ControlModifier, 0, 0, 1},
+        {Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier, 49, 0, 50},
+        {Qt::Key_Right, Qt::ControlModifier, 49, 2, 1},
+        {Qt::Key_A, Qt::ControlModifier, 49, 2, 150},
+    };
+    int number = 0;
+    for (const auto &[key, modifiers, row, column, selectedCells] : presses) {
+        QTest::keyClick(&grid, key, modifiers);
+        const QModelIndex current = grid.currentIndex();
+        EXPECT_EQ(QPoint(current.column(), current.row()), QPoint(column, row)) << number;
+        EXPECT_EQ(grid.selectedArea().cellCount(), selectedCells) << number;
+        ++number;
+    }
+}
+
 TEST_F(DXResultGridTest, fitsColumnsToWhatCameFirst)
 {
     DXResultGrid grid(details);
@@ -263,6 +306,11 @@ TEST_F(DXResultGridTest, fitsColumnsToWhatCameFirst)
     const int fitted = grid.columnWidth(1);
     EXPECT_GT(fitted, before);
     EXPECT_LT(fitted, 400);
+    // By a double click on the heading's edge.
+    grid.resize(800, 300);
+    grid.resizeColumnToContents(1);
+    EXPECT_GT(grid.columnWidth(1), fitted);
+    EXPECT_LE(grid.columnWidth(1), 800);
     append({QByteArray("1234567890123456789012345678901234567890"), QByteArray("x"), std::nullopt});
     details->addRows();
     const int narrow = grid.columnWidth(0);
