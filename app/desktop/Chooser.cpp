@@ -21,6 +21,8 @@ namespace
 
 constexpr int panelWidth = 560;
 constexpr int shownRows = 12;
+// Trees that load change many times a second.
+constexpr auto betweenSearches = std::chrono::milliseconds(250);
 constexpr int detailsRole = Qt::UserRole;
 
 /// Draws the details of a choice at the right end of its row.
@@ -138,28 +140,36 @@ Chooser::Chooser(QWidget &window, const QString &prompt, const Source &source)
     const int wide = std::min(panelWidth, window.width() - 32);
     setGeometry((window.width() - wide) / 2, 48, wide, std::min(height, window.height() - 64));
     m_again.setSingleShot(true);
-    m_again.setInterval(std::chrono::milliseconds(500));
-    connect(&m_again, &QTimer::timeout, this, [this] { search(m_field->text()); });
-    connect(m_field, &QLineEdit::textChanged, this, &Chooser::search);
+    m_again.setInterval(betweenSearches);
+    connect(&m_again, &QTimer::timeout, this, [this] { search(Current::Kept); });
+    connect(m_field, &QLineEdit::textChanged, this, [this] { search(Current::First); });
     connect(m_list, &QListWidget::itemClicked, this, &Chooser::choose);
-    search(QString());
+    search(Current::First);
 }
 
-void Chooser::search(const QString &text)
+void Chooser::search(Current current)
 {
     const quint64 number = ++m_number;
-    m_source(text, [chooser = QPointer(this), number](const QList<Choice> &choices) {
-        if (chooser && chooser->m_number == number)
-            chooser->show(choices);
-    });
+    m_source(m_field->text(),
+             [chooser = QPointer(this), number, current](const QList<Choice> &choices) {
+                 if (chooser && chooser->m_number == number)
+                     chooser->show(choices, current);
+             });
 }
 
-void Chooser::show(const QList<Choice> &choices)
+void Chooser::searchAgain()
 {
-    m_choices = choices;
-    // What is looked for may still be on its way.
-    if (choices.isEmpty() && !m_field->text().isEmpty())
+    if (!m_again.isActive())
         m_again.start();
+}
+
+void Chooser::show(const QList<Choice> &choices, Current current)
+{
+    const auto nameAt = [this](int row) {
+        return row >= 0 ? m_choices[row].title + u'\n' + m_choices[row].details : QString();
+    };
+    const QString kept = current == Current::Kept ? nameAt(m_list->currentRow()) : QString();
+    m_choices = choices;
     m_list->clear();
     for (const Choice &choice : choices) {
         auto *const item = new QListWidgetItem(choice.icon, choice.title, m_list);
@@ -168,6 +178,10 @@ void Chooser::show(const QList<Choice> &choices)
             item->setFlags(Qt::NoItemFlags);
     }
     move(0);
+    for (int row = 0; row < m_list->count() && !kept.isNull(); ++row) {
+        if (nameAt(row) == kept)
+            m_list->setCurrentRow(row);
+    }
 }
 
 // To the next row that can be chosen, from where nothing was chosen to the first one.

@@ -43,13 +43,17 @@ public:
     /// The same for commands, by their titles, each with its key.
     static Source among(const QList<QAction *> &commands);
 
+    /// Asks the source anew, soon, since it may know more by now; the current choice stays so.
+    void searchAgain();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     Chooser(QWidget &window, const QString &prompt, const Source &source);
-    void search(const QString &text);
-    void show(const QList<Choice> &choices);
+    enum class Current { First, Kept };
+    void search(Current current);
+    void show(const QList<Choice> &choices, Current current);
     void choose();
     void move(int rows);
 

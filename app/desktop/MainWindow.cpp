@@ -313,8 +313,10 @@ void MainWindow::showCommands()
 
 void MainWindow::showObjects()
 {
-    Chooser::open(*this, tr("Type the name of a table, view, function…"),
-                  ObjectFinder::source(m_tree->roots(), palette()));
+    const Chooser *const chooser =
+        Chooser::open(*this, tr("Type the name of a table, view, function…"),
+                      ObjectFinder::source(m_tree->roots(), palette()));
+    connect(m_tree, &DXDatabaseTreeView::searchResultsUpdated, chooser, &Chooser::searchAgain);
 }
 
 void MainWindow::restore()

@@ -88,6 +88,8 @@ DXDatabaseTreeView::DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &del
     connect(m_searchField, &QLineEdit::textChanged, this, &DXDatabaseTreeView::search);
     connect(m_model, &DXDatabaseTreeModel::searchResultsUpdated, this,
             [this] { search(m_searchField->text()); });
+    connect(m_model, &DXDatabaseTreeModel::searchResultsUpdated, this,
+            &DXDatabaseTreeView::searchResultsUpdated);
     m_tree->setAccessibleName(tr("Catalogue"));
     m_resultsTree->setAccessibleName(tr("Search results"));
     m_stack->addWidget(m_tree);

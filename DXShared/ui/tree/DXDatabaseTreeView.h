@@ -42,6 +42,10 @@ public:
     void doRefreshDatabaseTreeEntry(const std::shared_ptr<DXDatabaseTreeEntry> &entry) override;
     DXDatabaseTreeViewControllerDelegate &delegate() override { return m_delegate; }
 
+Q_SIGNALS:
+    /// What a search of the roots finds has changed.
+    void searchResultsUpdated();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -91,6 +91,31 @@ TEST_F(MainWindowTest, browsesAsFarAsColumns)
     EXPECT_TRUE(DXWait::until([this] { return !window().findChild<Chooser *>(); }));
 }
 
+TEST_F(MainWindowTest, searchesAgainOnlyForWhatIsNew)
+{
+    int searches = 0;
+    QList<Chooser::Choice> known;
+    auto *const chooser =
+        Chooser::open(window(), u"Type"_qs, [&](const QString &, const Chooser::Answer &answer) {
+            ++searches;
+            answer(known);
+        });
+    auto &list = *chooser->findChild<QListWidget *>();
+    chooser->findChild<QLineEdit *>()->setText(u"o"_qs);
+    EXPECT_EQ(list.count(), 0);
+    known = {{.title = u"orders"_qs, .details = {}}, {.title = u"offers"_qs, .details = {}}};
+    chooser->searchAgain();
+    chooser->searchAgain();
+    EXPECT_TRUE(DXWait::until([&] { return list.count() == 2; }));
+    EXPECT_EQ(searches, 3) << "the empty text, the letter, and what is new";
+    list.setCurrentRow(1);
+    known.prepend({.title = u"oaks"_qs, .details = {}});
+    chooser->searchAgain();
+    EXPECT_TRUE(DXWait::until([&] { return list.count() == 3; }));
+    EXPECT_EQ(list.currentItem()->text(), u"offers"_qs);
+    chooser->close();
+}
+
 TEST_F(MainWindowTest, findsEveryCommandByName)
 {
     const int tabs = window().documents().count();
