@@ -4,6 +4,7 @@
 
 #include "core/DXGlobal.h"
 
+#include <QList>
 #include <QString>
 
 #include <memory>
@@ -62,6 +63,8 @@ public:
 
     /// Nothing when no node is selected.
     virtual std::shared_ptr<DXDatabaseTreeEntry> currentlySelectedDatabaseTreeEntry() const = 0;
+    /// The roots of all trees, those of a search that is shown in their place among them.
+    virtual QList<std::shared_ptr<DXDatabaseTreeEntry>> allRoots() const = 0;
     virtual void deselectAll() = 0;
     /// Shows anew what the nodes hold; loads nothing.
     virtual void reloadData() = 0;

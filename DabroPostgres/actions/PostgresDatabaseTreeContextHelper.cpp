@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "actions/PostgresDatabaseTreeContextHelper.h"
 
+#include "actions/PostgresTreeCounterparts.h"
 #include "client/DabroDBC.h"
 #include "client/DabroDatabaseConnectionPool.h"
+#include "dispatch/DXDispatch.h"
 #include "driver/PostgresDatabaseClient.h"
 #include "driver/PostgresSystemDatabaseQueries.h"
 #include "query/StaticQueryLoader.h"
@@ -134,11 +136,35 @@ void PostgresDatabaseTreeContextHelper::confirmDrop(const Entry &entry, const Dr
 
 void PostgresDatabaseTreeContextHelper::dropped(const Entry &entry, const Drop &drop)
 {
-    if (const auto parent = entry.parent())
-        parent->removeChild(entry);
+    const auto remove = [](const Entry &gone) {
+        if (const auto parent = gone.parent())
+            parent->removeChild(gone);
+    };
+    const auto roots = databaseTreeViewController().allRoots();
+    for (const auto &counterpart : PostgresTreeCounterparts::find(roots, entry))
+        remove(*counterpart);
+    remove(entry);
     databaseTreeViewController().deselectAll();
     databaseTreeViewController().reloadData();
     drop.notification.deliver();
+    for (const auto &database : PostgresTreeCounterparts::databasesOf(roots, entry))
+        refreshSearch(database);
+}
+
+// Searches would find it, and what went with it, until somebody refreshes the whole tree.
+void PostgresDatabaseTreeContextHelper::refreshSearch(const std::shared_ptr<Entry> &database)
+{
+    if (!static_cast<const PostgresDatabaseTreeEntryDatabase &>(*database).searchResults())
+        return;
+    DXDispatch::background([database] {
+        database->updateSearchResults(nullptr);
+        // Behind what the database has queued for that thread.
+        DXDispatch::main([database] {
+            const auto told = database->delegate();
+            if (const auto root = told ? database->parent() : nullptr)
+                told->databaseTreeEntryDidUpdateSearchResults(*root);
+        });
+    });
 }
 
 void PostgresDatabaseTreeContextHelper::confirmDropDatabase(const Entry &entry)

@@ -43,4 +43,5 @@ private:
 
     void confirmDrop(const Entry &entry, const Drop &drop);
     void dropped(const Entry &entry, const Drop &drop);
+    static void refreshSearch(const std::shared_ptr<Entry> &database);
 };

@@ -52,6 +52,7 @@ public:
     {
         return {};
     }
+    QList<std::shared_ptr<DXDatabaseTreeEntry>> allRoots() const override { return {}; }
     void deselectAll() override { }
     void reloadData() override { }
     void doRefreshDatabaseTreeEntry(const std::shared_ptr<DXDatabaseTreeEntry> &) override { }

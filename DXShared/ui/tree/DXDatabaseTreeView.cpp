@@ -168,6 +168,11 @@ std::shared_ptr<DXDatabaseTreeEntry> DXDatabaseTreeView::currentlySelectedDataba
     return tree->selectionModel()->hasSelection() ? model->entry(tree->currentIndex()) : nullptr;
 }
 
+DXDatabaseTreeEntry::List DXDatabaseTreeView::allRoots() const
+{
+    return m_model->roots() + m_results->roots();
+}
+
 void DXDatabaseTreeView::deselectAll()
 {
     // A current row without a selection would pass the selection on when it goes.

@@ -37,6 +37,7 @@ public:
     std::unique_ptr<QMenu> createMenu(DXDatabaseTreeEntry &entry);
 
     std::shared_ptr<DXDatabaseTreeEntry> currentlySelectedDatabaseTreeEntry() const override;
+    DXDatabaseTreeEntry::List allRoots() const override;
     void deselectAll() override;
     void reloadData() override;
     void doRefreshDatabaseTreeEntry(const std::shared_ptr<DXDatabaseTreeEntry> &entry) override;

@@ -16,6 +16,7 @@
 
 #include <QLineEdit>
 #include <QMenu>
+#include <QSignalSpy>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -45,6 +46,10 @@ CREATE TYPE "t.T;" AS (a integer);
 CREATE TABLE owned (id integer PRIMARY KEY);
 CREATE VIEW owners AS SELECT id FROM owned;
 CREATE TABLE locked ();
+CREATE SCHEMA away;
+CREATE TABLE away.hit (id integer, other integer);
+CREATE FUNCTION away.hit(a integer) RETURNS integer LANGUAGE sql AS 'SELECT 1';
+CREATE FUNCTION away.hit(a text) RETURNS integer LANGUAGE sql AS 'SELECT 1';
 )sql";
 
 struct Kind
@@ -282,6 +287,73 @@ TEST_F(TreeActionsTest, DropsEveryKindOnlyAfterTheButton)
         told.clear();
     }
     EXPECT_TRUE(existing().contains(u"bystander"_qs));
+}
+
+TEST_F(TreeActionsTest, DropsWhatASearchFoundFromEveryTree)
+{
+    const auto models = view->findChildren<DXDatabaseTreeModel *>();
+    ASSERT_EQ(models[0]->roots().size(), 1);
+    QSignalSpy searched(models[0], &DXDatabaseTreeModel::searchResultsUpdated);
+    const QStringList functions{u"actions"_qs, u"Functions"_qs};
+    const QStringList tables{u"actions"_qs, u"Tables"_qs};
+    // Loaded, and so shown.
+    const Entry overload = node(functions + QStringList{u"away.hit"_qs});
+    const Entry column = node(tables + QStringList{u"away.hit"_qs, u"other"_qs});
+    ASSERT_TRUE(DXWait::until([&] { return searched.count() == 1; }));
+    view->findChild<QLineEdit *>()->setText(u"HIT"_qs);
+    const auto hit = [this](const QString &image, const QString &arguments) {
+        Entry found;
+        const auto find = [&] {
+            const auto roots = view->allRoots();
+            const auto databases = roots.size() == 2 ? roots[1]->childEntries() : nullptr;
+            if (!databases)
+                return false;
+            for (const auto &each : *databases->constFirst()->childEntries()) {
+                if (each->imageName() == image && each->details() == arguments)
+                    found = each;
+            }
+            return found != nullptr;
+        };
+        EXPECT_TRUE(DXWait::until(find)) << qPrintable(image);
+        return found;
+    };
+    const auto drop = [this](const Entry &entry) {
+        ASSERT_TRUE(entry);
+        const Entry results = view->allRoots().constLast();
+        chooseDrop(entry);
+        const OpenSheet sheet(main);
+        sheet.click(u"Drop"_qs);
+        ASSERT_TRUE(sheet.closes()) << qPrintable(sheet.failureText());
+        // What is left is found anew.
+        EXPECT_TRUE(DXWait::until([&] { return view->allRoots().constLast() != results; }));
+    };
+    const auto overloads = [&] {
+        QStringList names;
+        for (const auto &each : *overload->parent()->childEntries()) {
+            if (each->displayName() == u"away.hit")
+                names += each->details();
+        }
+        return names;
+    };
+    ASSERT_EQ(overloads(), (QStringList{u"a integer"_qs, u"a text"_qs}));
+    drop(hit(u"DatabaseTree-StoredProcedure"_qs, u"a text"_qs));
+    EXPECT_EQ(overloads(), QStringList(u"a integer"_qs));
+
+    Entry table = hit(u"DatabaseTree-Table"_qs, QString());
+    ASSERT_TRUE(table);
+    table->loadEntriesAsync(DXDatabaseTreeEntry::Reload::IfNeeded);
+    ASSERT_TRUE(DXWait::until([&] { return table->childEntries() != nullptr; }));
+    const Entry other = table->childEntries()->at(1);
+    ASSERT_EQ(other->displayName(), u"other"_qs);
+    drop(other);
+    EXPECT_FALSE(column->parent()->childEntries()->contains(column));
+    const Entry live = column->parent();
+    table = hit(u"DatabaseTree-Table"_qs, QString());
+    drop(table);
+    EXPECT_FALSE(live->parent()->childEntries()->contains(live));
+    const auto left = view->allRoots().constLast()->childEntries()->constFirst()->childEntries();
+    ASSERT_EQ(left->size(), 1);
+    EXPECT_EQ(left->constFirst()->details(), u"a integer"_qs);
 }
 
 TEST_F(TreeActionsTest, KeepsTheErrorInTheSheetAndTriesAgain)
