@@ -8,6 +8,7 @@
 #include "client/SQLRecentConnection.h"
 #include "client/SQLRecentConnectionList.h"
 #include "core/DXLogHelper.h"
+#include "dispatch/DXDispatch.h"
 #include "plugin/DXDriverPlugin.h"
 #include "tree/DXDatabaseTreeContextHelper.h"
 #include "tree/DatabaseTreeEntryServerRoot.h"
@@ -19,13 +20,21 @@
 namespace
 {
 
-// Databases of one server share its connection, and so its tree.
-bool isSameServer(const DabroDBC &one, const DabroDBC &other)
+// Each database of a tree has connections of its own. Closing says farewell to the server, which
+// may not listen.
+void closePooled(const Connections::Connection &connection)
 {
-    if (!one.connectionId().isEmpty() || !other.connectionId().isEmpty())
-        return one.connectionId() == other.connectionId();
-    return one.host() == other.host() && one.port() == other.port()
-           && one.username() == other.username();
+    QList<std::shared_ptr<DabroDBC>> all{connection.details, connection.details->copy()};
+    all.last()->setDatabase({});
+    const auto databases = connection.root ? connection.root->childEntries() : nullptr;
+    if (databases) {
+        for (const auto &database : *databases)
+            all.append(database->databaseConnectionDetails());
+    }
+    DXDispatch::background([all] {
+        for (const auto &details : all)
+            DabroDatabaseConnectionPool::disconnectAll(*details);
+    });
 }
 
 } // namespace
@@ -36,6 +45,14 @@ QString Connections::title(const DabroDBC &details)
         return details.alias();
     const QString host = details.host().isEmpty() ? tr("local") : details.host();
     return details.username().isEmpty() ? host : details.username() + u'@' + host;
+}
+
+bool Connections::isSameServer(const DabroDBC &one, const DabroDBC &other)
+{
+    if (!one.connectionId().isEmpty() || !other.connectionId().isEmpty())
+        return one.connectionId() == other.connectionId();
+    return one.host() == other.host() && one.port() == other.port()
+           && one.username() == other.username();
 }
 
 QString Connections::color(const DabroDBC &details)
@@ -154,6 +171,6 @@ void Connections::close(const DabroDBC &details, DXDatabaseTreeView &view)
     m_open.removeAt(found - m_open.constData());
     if (connection.root)
         view.removeRoot(connection.root);
-    DabroDatabaseConnectionPool::disconnectAll(*connection.details);
+    closePooled(connection);
     Q_EMIT changed();
 }

@@ -32,6 +32,8 @@ public:
     };
     /// The user's name for a connection, else what it connects to.
     static QString title(const DabroDBC &details);
+    /// Whether both are of one connection, and so share its tree, whatever their databases.
+    static bool isSameServer(const DabroDBC &one, const DabroDBC &other);
     /// "#RRGGBB", or null.
     static QString color(const DabroDBC &details);
 
@@ -61,6 +63,7 @@ public:
     const Connection *find(const DabroDBC &details) const;
     /// Shows the tree of details in view, unless it is there already.
     void open(const std::shared_ptr<DabroDBC> &details, DXDatabaseTreeView &view);
+    /// Ends the tree of details, and what its loads keep connected.
     void close(const DabroDBC &details, DXDatabaseTreeView &view);
 
 Q_SIGNALS:

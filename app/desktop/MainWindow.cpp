@@ -7,6 +7,7 @@
 #include "desktop/Appearance.h"
 #include "desktop/ConnectionDialogs.h"
 #include "desktop/Connections.h"
+#include "desktop/Disconnection.h"
 #include "desktop/DocumentJournal.h"
 #include "desktop/Documents.h"
 #include "desktop/FileCommands.h"
@@ -70,11 +71,13 @@ MainWindow::MainWindow()
               [this](const std::shared_ptr<DabroDBC> &details) { m_dialogs->edit(*details); },
           .disconnect =
               [this](const std::shared_ptr<DabroDBC> &details) {
-                  m_connections->close(*details, *m_tree);
+                  m_disconnection->request(details);
               }}))
     , m_tree(new DXDatabaseTreeView(*m_treeCommands))
     , m_queryCommands(new QueryCommands(m_actions, this))
     , m_dialogs(new ConnectionDialogs(*m_connections, *this))
+    , m_disconnection(new Disconnection(
+          {.connections = *m_connections, .documents = *m_documents, .tree = *m_tree}, *this))
     , m_saved(new DXSavedConnectionsView)
     , m_openRequests(new OpenRequests({.connections = *m_connections,
                                        .documents = *m_documents,
@@ -184,7 +187,7 @@ void MainWindow::connectActions()
     m_actions.connect(Id::NewConnection, [this] { m_dialogs->create(); });
     m_actions.connect(Id::Disconnect, [this] {
         if (DXQueryTab *const tab = m_documents->current())
-            m_connections->close(*tab->details(), *m_tree);
+            m_disconnection->request(tab->details());
     });
     m_actions.connect(Id::NewTab, [this] { newTab(); });
     m_actions.connect(Id::CloseTab, [this] { m_documents->requestClose(m_documents->current()); });

@@ -17,6 +17,7 @@ class DXQueryTab;
 class DXSavedConnectionsView;
 class DabroDBC;
 class ConnectionDialogs;
+class Disconnection;
 class DocumentJournal;
 class Documents;
 class FileCommands;
@@ -86,6 +87,7 @@ private:
     DXDatabaseTreeView *const m_tree;
     QueryCommands *const m_queryCommands;
     ConnectionDialogs *const m_dialogs;
+    Disconnection *const m_disconnection;
     DXSavedConnectionsView *const m_saved;
     OpenRequests *const m_openRequests;
     FileCommands *const m_files;

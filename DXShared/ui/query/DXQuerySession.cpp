@@ -93,6 +93,12 @@ DXQuerySession::DXQuerySession(const Init &init, QObject *parent)
 
 DXQuerySession::~DXQuerySession()
 {
+    dropClient();
+}
+
+// Stops what runs and closes the connection, and waits for neither.
+void DXQuerySession::dropClient()
+{
     const std::shared_ptr<DabroDatabaseClient> client = std::move(m_client);
     const bool isWorking = m_run && m_run->stop() == Stage::Working;
     DXDispatch::background([client, isWorking] {
@@ -138,13 +144,33 @@ bool DXQuerySession::setDetails(const std::shared_ptr<DabroDBC> &details)
     // Closing says farewell to the server, which may not listen.
     DXDispatch::background([client = std::move(m_client)] { client->disconnect(); });
     m_init.details = details;
+    createClient();
+    forgetConnection();
+    return true;
+}
+
+void DXQuerySession::leave()
+{
+    tellNotices();
+    dropClient();
+    createClient();
+    if (isBusy()) {
+        ++m_number;
+        m_isCancelUnderWay = false;
+        m_outcome = DXQueryRun::Outcome{.error = failure(tr("The connection was closed."))};
+        finish();
+    }
+    forgetConnection();
+}
+
+void DXQuerySession::forgetConnection()
+{
     m_wasConnected = false;
     m_isConnected = false;
+    m_transaction.invalidate();
     m_serverVersion = QString();
     m_connectionSummary = QString();
-    createClient();
     Q_EMIT stateChanged();
-    return true;
 }
 
 qint64 DXQuerySession::elapsed() const

@@ -48,6 +48,9 @@ public:
     /// Leaves the connection for another one, which is made when something is run. False, and
     /// nothing happens, while the session is busy or in a transaction.
     bool setDetails(const std::shared_ptr<DabroDBC> &details);
+    /// Leaves the server: what runs is stopped and an open transaction rolled back, without waiting
+    /// for either. The next run connects anew.
+    void leave();
     State state() const { return m_state; }
     bool isBusy() const { return m_state != State::Idle; }
     /// How long the current or last run has taken, in milliseconds; 0 before the first.
@@ -101,6 +104,8 @@ private:
     void requestCancel();
     void escalate();
     void abandon(const QString &reason);
+    void dropClient();
+    void forgetConnection();
     void tellNotices();
     void setState(State state);
 

@@ -1,14 +1,21 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/desktop/DesktopTest.h"
+#include "desktop/Connections.h"
 #include "desktop/Documents.h"
 #include "desktop/MainWindow.h"
 #include "support/DXWait.h"
 #include "support/Widgets.h"
+#include "ui/editor/DXSQLEditor.h"
+#include "ui/query/DXQuerySession.h"
+#include "ui/query/DXQueryTab.h"
 #include "ui/tree/DXDatabaseTreeModel.h"
 #include "ui/tree/DXDatabaseTreeView.h"
 
+#include <QAction>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 #include <QTreeView>
 
@@ -75,6 +82,45 @@ TEST_F(TreeSideTest, unfoldsWhatASearchFound)
     search(u"BROWSED"_qs);
     find({server, u"postgres"_qs, u"shop.browsed"_qs, u"y"_qs});
     EXPECT_TRUE(DXWait::until([this] { return loading() == 0; }));
+}
+
+TEST_F(TreeSideTest, disconnectsTabsAndTreeOnceThatIsAgreed)
+{
+    const auto disconnect = [this] { window().actions()[ActionSet::Id::Disconnect]->trigger(); };
+    const auto sessions = [] {
+        return PostgresCluster::shared()
+            .psql(u"SELECT count(*) FROM pg_stat_activity WHERE backend_type = 'client backend' "
+                  "AND pid <> pg_backend_pid()"_qs)
+            .trimmed()
+            .toInt();
+    };
+    find({server, u"postgres"_qs, u"Tables"_qs, u"shop.browsed"_qs, u"y"_qs});
+    ASSERT_TRUE(run(u"BEGIN; DROP TABLE shop.browsed"_qs));
+    DXQueryTab &inTransaction = tab();
+    press(Qt::Key_T, Qt::ControlModifier);
+    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+
+    disconnect();
+    auto *question = Widgets::opened<QMessageBox>();
+    EXPECT_TRUE(question->text().contains(u"open in \"Query 1\"")) << qPrintable(question->text());
+    EXPECT_TRUE(question->text().contains(u"running in \"Query 2\""));
+    Widgets::click<QPushButton>(question, u"Cancel"_qs);
+    EXPECT_TRUE(inTransaction.session().isInTransaction());
+    EXPECT_TRUE(tab().session().isBusy());
+    EXPECT_EQ(window().connections().open().size(), 1);
+
+    disconnect();
+    Widgets::click<QPushButton>(Widgets::opened<QMessageBox>(), u"Roll back and disconnect"_qs);
+    EXPECT_TRUE(DXWait::until([&] { return sessions() == 0; })) << sessions();
+    EXPECT_FALSE(inTransaction.session().isInTransaction());
+    EXPECT_FALSE(tab().session().isBusy());
+    EXPECT_TRUE(window().connections().open().isEmpty());
+    EXPECT_EQ(tree().model()->rowCount(), 0);
+    // The texts stay, and run on a new connection.
+    EXPECT_EQ(inTransaction.editor().text(), u"BEGIN; DROP TABLE shop.browsed"_qs);
+    ASSERT_TRUE(run(u"SELECT count(*) FROM shop.browsed"_qs));
+    EXPECT_EQ(cells(0), u"0"_qs) << qPrintable(messages());
+    EXPECT_FALSE(messages().contains(u"lost")) << qPrintable(messages());
 }
 
 } // namespace
