@@ -256,7 +256,8 @@ void MainWindow::connectView()
     });
     m_actions.connect(Id::GoToFailure, [this] {
         const DXQueryTab *const tab = m_documents->current();
-        DXFailureList &list = tab && !tab->failures().isEmpty() ? tab->failures() : failures();
+        DXFailureList &others = failures().isEmpty() ? m_tree->failures() : failures();
+        DXFailureList &list = tab && !tab->failures().isEmpty() ? tab->failures() : others;
         list.focusNewest();
     });
     m_actions.connect(Id::CommandPalette, [this] { showCommands(); });

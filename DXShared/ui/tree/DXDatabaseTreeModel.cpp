@@ -61,7 +61,14 @@ public:
     { }
 
     void databaseTreeEntryDidBeginLoading(DXDatabaseTreeEntry &entry) override { forward(entry); }
-    void databaseTreeEntryDidFinishLoading(DXDatabaseTreeEntry &entry) override { forward(entry); }
+    void databaseTreeEntryDidFinishLoading(DXDatabaseTreeEntry &entry) override
+    {
+        forward(entry);
+        DXDispatch::main([self = shared_from_this(), ended = entry.shared_from_this()] {
+            if (self->m_model && self->m_model->indexOf(*ended).isValid())
+                Q_EMIT self->m_model->loadEnded(ended);
+        });
+    }
     void databaseTreeEntryDidUpdateSearchResults(DXDatabaseTreeEntry &entry) override
     {
         Q_UNUSED(entry)

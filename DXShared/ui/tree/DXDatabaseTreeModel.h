@@ -62,6 +62,8 @@ public:
 Q_SIGNALS:
     /// A load of entry began or ended.
     void loadingChanged();
+    /// A load of an entry that is shown ended, well or not.
+    void loadEnded(const std::shared_ptr<DXDatabaseTreeEntry> &entry);
     /// What a search of the roots finds has changed.
     void searchResultsUpdated();
 

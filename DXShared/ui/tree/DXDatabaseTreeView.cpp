@@ -4,6 +4,7 @@
 
 #include "dispatch/DXDispatch.h"
 #include "tree/DXMenu.h"
+#include "ui/DXFailureList.h"
 #include "ui/tree/DXDatabaseTreeItemDelegate.h"
 #include "ui/tree/DXDatabaseTreeModel.h"
 #include "ui/tree/DXTreeMemory.h"
@@ -77,6 +78,7 @@ DXDatabaseTreeView::DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &del
     , m_model(new DXDatabaseTreeModel(this))
     , m_results(new DXDatabaseTreeModel(this))
     , m_searchField(new QLineEdit)
+    , m_failures(new DXFailureList)
     , m_stack(new QStackedWidget)
     , m_tree(createTree(*m_model))
     , m_resultsTree(createTree(*m_results))
@@ -102,7 +104,8 @@ DXDatabaseTreeView::DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &del
     field->setContentsMargins(8, 8, 8, 8);
     field->addWidget(m_searchField);
     layout->addLayout(field);
-    layout->addWidget(m_stack);
+    layout->addWidget(m_failures);
+    layout->addWidget(m_stack, 1);
     setFocusProxy(m_tree);
 
     m_animation.setInterval(std::chrono::milliseconds(60));
@@ -133,6 +136,9 @@ QTreeView *DXDatabaseTreeView::createTree(DXDatabaseTreeModel &model)
     });
     connect(&model, &DXDatabaseTreeModel::loadingChanged, this,
             &DXDatabaseTreeView::loadingChanged);
+    connect(&model, &DXDatabaseTreeModel::loadEnded, this, &DXDatabaseTreeView::showFailure);
+    connect(&model, &DXDatabaseTreeModel::modelReset, this, &DXDatabaseTreeView::settleFailures);
+    connect(&model, &DXDatabaseTreeModel::rowsRemoved, this, &DXDatabaseTreeView::settleFailures);
     return tree;
 }
 
@@ -279,6 +285,41 @@ void DXDatabaseTreeView::loadingChanged()
         m_animation.start();
     else if (!isLoading)
         m_animation.stop();
+}
+
+// The mark beside the entry may be out of sight.
+void DXDatabaseTreeView::showFailure(const std::shared_ptr<DXDatabaseTreeEntry> &entry)
+{
+    const QString about = QString::number(reinterpret_cast<quintptr>(entry.get()));
+    const DXError failure = entry->loadFailure();
+    if (!failure) {
+        if (m_failed.remove(about))
+            m_failures->settle(about);
+        return;
+    }
+    m_failed.insert(about, entry);
+    const auto tryAgain = [this, failed = std::weak_ptr(entry)] {
+        if (const auto again = failed.lock())
+            doRefreshDatabaseTreeEntry(again);
+    };
+    m_failures->showFailure(about,
+                            tr("Could not load \"%1\". What is shown of it may be out of date.")
+                                .arg(entry->displayName()),
+                            failure.description().trimmed(), {{tr("Try again"), tryAgain}});
+}
+
+// Nobody asks any more about what is not shown.
+void DXDatabaseTreeView::settleFailures()
+{
+    for (auto failed = m_failed.begin(); failed != m_failed.end();) {
+        const auto entry = failed->lock();
+        if (entry && (m_model->indexOf(*entry).isValid() || m_results->indexOf(*entry).isValid())) {
+            ++failed;
+        } else {
+            m_failures->settle(failed.key());
+            failed = m_failed.erase(failed);
+        }
+    }
 }
 
 void DXDatabaseTreeView::search(const QString &text)

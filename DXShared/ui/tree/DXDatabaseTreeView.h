@@ -6,10 +6,12 @@
 #include "tree/DXDatabaseTreeEntry.h"
 #include "tree/DXDatabaseTreeViewController.h"
 
+#include <QHash>
 #include <QTimer>
 #include <QWidget>
 
 class DXDatabaseTreeModel;
+class DXFailureList;
 class DXMenu;
 class QLineEdit;
 class QMenu;
@@ -32,6 +34,8 @@ public:
     void addRoot(const std::shared_ptr<DXDatabaseTreeEntry> &root);
     void removeRoot(const std::shared_ptr<DXDatabaseTreeEntry> &root);
     const DXDatabaseTreeEntry::List &roots() const;
+    /// What could not be refreshed, above the trees.
+    DXFailureList &failures() const { return *m_failures; }
 
     /// The menu of entry, or null when it has nothing to offer; the caller owns it.
     std::unique_ptr<QMenu> createMenu(DXDatabaseTreeEntry &entry);
@@ -57,6 +61,8 @@ private:
     void addFailureItems(QMenu &menu, DXDatabaseTreeEntry &entry);
     void showMenu(const QPoint &position);
     void loadingChanged();
+    void showFailure(const std::shared_ptr<DXDatabaseTreeEntry> &entry);
+    void settleFailures();
     void search(const QString &text);
     void showResults(const DXDatabaseTreeEntry::List &results);
 
@@ -64,9 +70,12 @@ private:
     DXDatabaseTreeModel *const m_model;
     DXDatabaseTreeModel *const m_results;
     QLineEdit *const m_searchField;
+    DXFailureList *const m_failures;
     QStackedWidget *const m_stack;
     QTreeView *const m_tree;
     QTreeView *const m_resultsTree;
     QTimer m_animation;
+    // The entries that failures tell of, by what names those.
+    QHash<QString, std::weak_ptr<DXDatabaseTreeEntry>> m_failed;
     quint64 m_searchNumber = 0;
 };

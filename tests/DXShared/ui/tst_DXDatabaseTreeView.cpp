@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/DXWait.h"
+#include "support/Widgets.h"
 #include "tree/ColumnDetailsTableCellView.h"
 #include "tree/DXMenu.h"
+#include "ui/DXFailureList.h"
 #include "ui/DXToolTip.h"
 #include "ui/tree/DXDatabaseTreeModel.h"
 #include "ui/tree/DXDatabaseTreeView.h"
@@ -13,6 +15,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QPushButton>
 #include <QTest>
 #include <QTreeView>
 
@@ -247,11 +250,20 @@ TEST_F(DXDatabaseTreeViewTest, tellsOfAFailedRefreshUntilOneWorks)
     const auto menu = view.createMenu(*root);
     const auto actions = menu->actions();
     EXPECT_EQ(actions.at(actions.size() - 2)->text(), u"Copy error"_qs);
+    const auto told = [this] { return view.failures().headlines().join(u'\n'); };
+    EXPECT_TRUE(DXWait::until([&] { return told().contains(u"\"shop\""); })) << qPrintable(told());
 
     root->nextError = {};
-    view.doRefreshDatabaseTreeEntry(root);
+    Widgets::click<QPushButton>(&view, u"Try again"_qs);
     EXPECT_TRUE(DXWait::until([&] { return failure().isNull(); }));
     EXPECT_EQ(index.data(Qt::ToolTipRole), DXToolTip::plain(u"shop"_qs));
+    EXPECT_TRUE(view.failures().isEmpty());
+
+    root->nextError = DXError(u"d"_qs, 1, u"timeout"_qs);
+    view.doRefreshDatabaseTreeEntry(root);
+    EXPECT_TRUE(DXWait::until([&] { return !view.failures().isEmpty(); }));
+    view.removeRoot(root);
+    EXPECT_TRUE(view.failures().isEmpty());
 }
 
 TEST_F(DXDatabaseTreeViewTest, passesOnWhatTheUserDoes)

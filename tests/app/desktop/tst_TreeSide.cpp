@@ -6,6 +6,7 @@
 #include "desktop/MainWindow.h"
 #include "support/DXWait.h"
 #include "support/Widgets.h"
+#include "ui/DXFailureList.h"
 #include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXQuerySession.h"
 #include "ui/query/DXQueryTab.h"
@@ -82,6 +83,22 @@ TEST_F(TreeSideTest, unfoldsWhatASearchFound)
     search(u"BROWSED"_qs);
     find({server, u"postgres"_qs, u"shop.browsed"_qs, u"y"_qs});
     EXPECT_TRUE(DXWait::until([this] { return loading() == 0; }));
+}
+
+TEST_F(TreeSideTest, tellsOfARefreshThatFailed)
+{
+    PostgresCluster own;
+    open().openArguments({uri(own)});
+    const QModelIndex root = find({own.socketFolder()});
+    find({own.socketFolder(), u"postgres"_qs});
+    own.stop();
+    tree().setCurrentIndex(root);
+    press(Qt::Key_R, Qt::ControlModifier);
+    const DXFailureList &failures = window().tree().failures();
+    EXPECT_TRUE(DXWait::until([&] { return !failures.isEmpty(); }));
+    EXPECT_TRUE(failures.headlines().constFirst().contains(own.socketFolder()))
+        << qPrintable(failures.headlines().constFirst());
+    EXPECT_TRUE(findNow({own.socketFolder(), u"postgres"_qs}).isValid());
 }
 
 TEST_F(TreeSideTest, disconnectsTabsAndTreeOnceThatIsAgreed)
