@@ -108,7 +108,7 @@ void DXSavedConnectionsView::duplicateCurrent()
         record->alias().isEmpty() ? DXSavedConnectionsModel::nameOf(*record) : record->alias();
     copy->setAlias(tr("%1 (copy)").arg(name));
     m_currentId = copy->connectionId();
-    list->updateRecentConnection(copy, [](const DXError &) {});
+    list->updateRecentConnection(copy, failureHandler());
     Q_EMIT editRequested(copy);
 }
 
@@ -140,11 +140,16 @@ void DXSavedConnectionsView::remove(const Record &record)
     SQLRecentConnectionList *const list = listOf(record);
     if (!list)
         return;
-    list->removeConnection(record, [view = QPointer(this)](const DXError &error) {
-        if (!view)
+    list->removeConnection(record, failureHandler());
+    m_tree->setFocus();
+}
+
+SQLRecentConnectionList::Done DXSavedConnectionsView::failureHandler()
+{
+    return [view = QPointer(this)](const DXError &error) {
+        if (!view || !error)
             return;
         view->m_error = error;
         view->showPage();
-    });
-    m_tree->setFocus();
+    };
 }

@@ -72,6 +72,8 @@ private:
     void duplicateCurrent();
     void deleteCurrent();
     void remove(const Record &record);
+    /// Shows above the list why something was not saved.
+    SQLRecentConnectionList::Done failureHandler();
     SQLRecentConnectionList *listOf(const Record &record) const;
 
     QList<SQLRecentConnectionList *> m_lists;

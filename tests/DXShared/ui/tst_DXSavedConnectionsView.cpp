@@ -13,6 +13,7 @@
 #include <QAbstractItemModelTester>
 #include <QAction>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
@@ -220,6 +221,27 @@ TEST_F(SavedConnectionsView, waitsForALockedStoreWithoutReplacingIt)
     QTest::mouseClick(again, Qt::LeftButton);
     EXPECT_TRUE(DXWait::until([this] { return shown() == u"new kept"_qs; })) << qPrintable(shown());
     EXPECT_FALSE(again->isVisible());
+}
+
+TEST_F(SavedConnectionsView, tellsWhenACopyIsNotSaved)
+{
+    show();
+    add(m_list, u"first"_qs);
+    m_view.setCurrentId(u"id of first"_qs);
+    EXPECT_TRUE(DXWait::until([this] { return *m_saved == 1; }));
+    EXPECT_TRUE(SavedConnections::areStored(m_folder.path(), u"one"_qs));
+    QFile file(QDir(m_folder.path()).filePath(u"secrets"_qs));
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
+    m_view.activateWindow();
+    tree()->setFocus();
+    EXPECT_TRUE(DXWait::until([this] { return tree()->hasFocus(); }));
+    QTest::keyClick(tree(), Qt::Key_D, Qt::ControlModifier);
+    EXPECT_TRUE(DXWait::until([this] {
+        const auto labels = m_view.findChildren<QLabel *>();
+        return std::any_of(labels.begin(), labels.end(), [](const QLabel *label) {
+            return label->isVisible() && label->text().contains(u"cannot be read"_qs);
+        });
+    }));
 }
 
 TEST(SQLRecentConnection, keepsTheColourThatWasChosen)
