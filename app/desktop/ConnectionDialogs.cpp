@@ -10,6 +10,8 @@
 #include "ui/connection/DXConnectionDialog.h"
 #include "ui/connection/DXConnectionWindowController.h"
 
+#include <QPointer>
+
 ConnectionDialogs::ConnectionDialogs(const Connections &connections, QWidget &window)
     : QObject(&window)
     , m_connections(connections)
@@ -38,10 +40,18 @@ std::shared_ptr<DXConnectionWindowController> ConnectionDialogs::controller(cons
     if (m_controller && m_controller->dialog())
         return m_controller;
     m_controller = details.createConnectionWindowController();
-    if (m_controller)
-        connect(m_controller.get(), &DXConnectionWindowController::connected, this,
-                &ConnectionDialogs::connected);
+    if (!m_controller)
+        return m_controller;
+    using Controller = DXConnectionWindowController;
+    connect(m_controller.get(), &Controller::connected, this, &ConnectionDialogs::connected);
+    connect(m_controller.get(), &Controller::notSaved, this, &ConnectionDialogs::tellUnsaved);
     return m_controller;
+}
+
+void ConnectionDialogs::tellUnsaved(const DXError &error)
+{
+    Q_EMIT failed(QStringLiteral("saved connections"),
+                  tr("The list of connections could not be saved."), error.description().trimmed());
 }
 
 void ConnectionDialogs::connectTo(const std::shared_ptr<SQLRecentConnection> &record)
@@ -56,16 +66,18 @@ void ConnectionDialogs::connectTo(const std::shared_ptr<SQLRecentConnection> &re
         *details, [this, record, details](const DXConnectionAttempt::Result &result) {
             Q_EMIT announced(QString());
             if (!result.client) {
-                if (const auto dialog = controller(*details))
-                    dialog->openAfterFailure(&m_window, result);
+                const auto dialog = controller(*details);
+                if (!dialog
+                    || !dialog->openAfterFailure(&m_window, details->connectionId(), result))
+                    Q_EMIT failed(details->connectionId(),
+                                  tr("Could not connect to %1.").arg(Connections::title(*details)),
+                                  result.error.description().trimmed());
                 return;
             }
             details->recentConnectionClass()->updateRecentConnection(
-                record, [this, record](const DXError &error) {
-                    if (error)
-                        Q_EMIT failed(record->connectionId(),
-                                      tr("The list of connections could not be saved."),
-                                      error.description().trimmed());
+                record, [self = QPointer(this)](const DXError &error) {
+                    if (self && error)
+                        self->tellUnsaved(error);
                 });
             Q_EMIT connected(details);
         });

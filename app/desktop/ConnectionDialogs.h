@@ -9,6 +9,7 @@
 class Connections;
 class DXConnectionAttempt;
 class DXConnectionWindowController;
+class DXError;
 class DabroDBC;
 class QWidget;
 class SQLRecentConnection;
@@ -38,6 +39,7 @@ Q_SIGNALS:
 
 private:
     std::shared_ptr<DXConnectionWindowController> controller(const DabroDBC &details);
+    void tellUnsaved(const DXError &error);
 
     const Connections &m_connections;
     QWidget &m_window;

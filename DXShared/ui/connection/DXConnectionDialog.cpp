@@ -52,6 +52,7 @@ DXConnectionDialog::DXConnectionDialog(const Init &init)
     : QDialog(init.parent)
     , m_list(init.list)
     , m_form(init.form)
+    , m_notSaved(init.notSaved)
 {
     setWindowTitle(init.title);
     setWindowModality(init.parent ? Qt::WindowModal : Qt::NonModal);
@@ -182,8 +183,16 @@ DXConnectionDialog::Record DXConnectionDialog::newRecord() const
     return record;
 }
 
+QString DXConnectionDialog::shownId() const
+{
+    return m_shown->connectionId();
+}
+
 void DXConnectionDialog::setRecord(const Record &record)
 {
+    // What comes of it would be shown at the wrong one.
+    if (m_attempt && m_attempted->connectionId() != record->connectionId())
+        stop();
     if (m_shown && m_shown->connectionId() == record->connectionId() && m_isEdited) {
         m_saved->setCurrentId(record->connectionId());
         return;
@@ -238,7 +247,7 @@ void DXConnectionDialog::finished(Purpose purpose, const DXConnectionAttempt::Re
         showTest(result);
     } else {
         const Record record = m_attempted;
-        m_list.updateRecentConnection(record, [](const DXError &) {});
+        m_list.updateRecentConnection(record, m_notSaved);
         const std::shared_ptr<DabroDBC> details = record->createDatabaseConnectionDetails();
         accept();
         Q_EMIT connected(details);
@@ -291,7 +300,12 @@ void DXConnectionDialog::reject()
         QDialog::reject();
         return;
     }
+    stop();
+    m_message->setMessage(DXMessageArea::Kind::Information, tr("Stopped."));
+}
+
+void DXConnectionDialog::stop()
+{
     m_attempt.reset();
     setRunning(false);
-    m_message->setMessage(DXMessageArea::Kind::Information, tr("Stopped."));
 }

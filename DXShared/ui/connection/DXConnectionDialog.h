@@ -10,6 +10,7 @@
 #include <QHash>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
 class DXConnectionForm;
@@ -37,14 +38,18 @@ public:
         QString title;
         /// What is shown first.
         Record record;
+        /// Told when the saved connections do not take what was connected, which may be after the
+        /// dialog has closed.
+        std::function<void(const DXError &error)> notSaved;
         QWidget *parent = nullptr;
     };
     explicit DXConnectionDialog(const Init &init);
     ~DXConnectionDialog() override;
 
     /// Shows record in the form; what was typed for the one shown before is kept until the dialog
-    /// closes.
+    /// closes, and connecting with it is given up.
     void setRecord(const Record &record);
+    QString shownId() const;
     /// Shows why connecting failed, and where.
     void showFailure(const DXConnectionAttempt::Result &result);
     /// As a click on "Connect".
@@ -68,12 +73,14 @@ private:
     void finished(Purpose purpose, const DXConnectionAttempt::Result &result);
     void showTest(const DXConnectionAttempt::Result &result);
     void setRunning(bool isRunning);
+    void stop();
     void save();
     void saved(const QString &name, const DXError &error);
     Record newRecord() const;
 
     SQLRecentConnectionList &m_list;
     DXConnectionForm *const m_form;
+    const std::function<void(const DXError &)> m_notSaved;
     DXSavedConnectionsView *m_saved = nullptr;
     DXMessageArea *m_message = nullptr;
     QProgressBar *m_progress = nullptr;

@@ -34,6 +34,7 @@ void DXConnectionWindowController::open(QWidget *parent)
                                        .form = form,
                                        .title = title(),
                                        .record = initialRecord(),
+                                       .notSaved = notSavedHandler(),
                                        .parent = parent});
     m_dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_dialog, &DXConnectionDialog::connected, this,
@@ -44,9 +45,20 @@ void DXConnectionWindowController::open(QWidget *parent)
     form->takeFocus();
 }
 
-void DXConnectionWindowController::openAfterFailure(QWidget *parent,
+std::function<void(const DXError &)> DXConnectionWindowController::notSavedHandler()
+{
+    return [self = QPointer(this)](const DXError &error) {
+        if (self && error)
+            Q_EMIT self->notSaved(error);
+    };
+}
+
+bool DXConnectionWindowController::openAfterFailure(QWidget *parent, const QString &connectionId,
                                                     const DXConnectionAttempt::Result &result)
 {
+    if (m_dialog && m_dialog->shownId().compare(connectionId, Qt::CaseInsensitive) != 0)
+        return false;
     open(parent);
     m_dialog->showFailure(result);
+    return true;
 }

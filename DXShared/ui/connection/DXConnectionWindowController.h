@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
 #include <memory>
 
 class DXConnectionDialog;
@@ -27,15 +28,19 @@ public:
 
     /// Opens the dialog as a sheet of parent and returns; a second call brings it to the front.
     void open(QWidget *parent);
-    /// Opens it with the reason why connecting with the record failed elsewhere; what is missing,
-    /// such as a password, has the keyboard.
-    void openAfterFailure(QWidget *parent, const DXConnectionAttempt::Result &result);
+    /// Opens it with the reason why connecting with the record that has this id failed elsewhere;
+    /// what is missing, such as a password, has the keyboard. False, and nothing is shown, when it
+    /// is open and shows another record.
+    bool openAfterFailure(QWidget *parent, const QString &connectionId,
+                          const DXConnectionAttempt::Result &result);
     /// The dialog while it is open, else null.
     DXConnectionDialog *dialog() const;
 
 Q_SIGNALS:
     /// After a real connect with these details, which the saved connections now hold.
     void connected(const std::shared_ptr<DabroDBC> &details);
+    /// They connect, but the saved connections do not hold them.
+    void notSaved(const DXError &error);
     /// The dialog is gone, connected or not.
     void closed();
 
@@ -53,6 +58,8 @@ protected:
     virtual Record initialRecord() const = 0;
 
 private:
+    std::function<void(const DXError &)> notSavedHandler();
+
     SQLRecentConnectionList &m_list;
     QPointer<DXConnectionDialog> m_dialog;
 };

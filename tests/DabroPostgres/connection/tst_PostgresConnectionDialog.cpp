@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTcpServer>
+#include <QToolButton>
 
 using testing::HasSubstr;
 using namespace Widgets;
@@ -116,6 +117,43 @@ TEST_F(ConnectionDialog, isStoppedByEscapeAndClosedByTheNext)
     EXPECT_TRUE(dialog()->isVisible());
     QTest::keyClick(dialog(), Qt::Key_Escape);
     EXPECT_TRUE(DXWait::until([this] { return !dialog(); }));
+}
+
+TEST_F(ConnectionDialog, showsAFailureOnlyAtTheConnectionThatFailed)
+{
+    QTcpServer silent;
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    open();
+    type<QLineEdit>(dialog(), u"Host"_qs, u"127.0.0.1"_qs);
+    type<QLineEdit>(dialog(), u"Port"_qs, QString::number(silent.serverPort()));
+    QTest::keyClick(dialog(), Qt::Key_Return);
+    EXPECT_TRUE(DXWait::until([&silent] { return silent.hasPendingConnections(); }));
+    click<QToolButton>(dialog(), u"New connection"_qs);
+    EXPECT_TRUE(named<QPushButton>(dialog(), u"Connect"_qs)->isEnabled());
+    EXPECT_EQ(field(u"Host"_qs), QString());
+
+    const DXConnectionAttempt::Result result{.error = DXError(QString(), 0, u"failed"_qs)};
+    EXPECT_FALSE(m_controller->openAfterFailure(&m_window, u"another"_qs, result));
+    const QString shown = static_cast<DXConnectionDialog *>(dialog())->shownId();
+    EXPECT_TRUE(m_controller->openAfterFailure(&m_window, shown.toUpper(), result));
+    EXPECT_EQ(message(), u"failed"_qs);
+}
+
+TEST_F(ConnectionDialog, tellsWhenWhatWasConnectedIsNotSaved)
+{
+    open();
+    paste(u"Host"_qs, uri());
+    ASSERT_TRUE(DXWait::until([this] { return field(u"User"_qs) == u"clerk"_qs; }));
+    type<QLineEdit>(dialog(), u"Password"_qs, password());
+    DXError told;
+    QObject::connect(m_controller.get(), &DXConnectionWindowController::notSaved, &m_window,
+                     [&told](const DXError &error) { told = error; });
+    // Sealed with a key that is not there.
+    QFile file(m_folder.filePath(u"secrets"_qs));
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
+    QTest::keyClick(dialog(), Qt::Key_Return);
+    EXPECT_TRUE(DXWait::until([&told] { return bool(told); }));
+    EXPECT_TRUE(m_connected);
 }
 
 TEST_F(ConnectionDialog, editsASavedConnectionAndKeepsWhatWasTypedForAnother)
