@@ -151,7 +151,9 @@ void PostgresConnectionForm::addressRead(const std::optional<Fields> &read, cons
         return;
     }
     setFields(Controller::merged(fields(), *read));
-    m_addressField->setHint(tr("The fields below are filled in from it."));
+    // It may hold a password for everybody to read.
+    m_address->clear();
+    m_addressField->setHint(tr("The fields below are filled in from the address."));
     Q_EMIT edited();
 }
 
