@@ -33,7 +33,9 @@ void DXFormField::setHint(const QString &hint)
 void DXFormField::setProblem(const QString &problem)
 {
     m_problemText = problem;
-    m_editor->setAccessibleDescription(problem);
+    // Where the keyboard goes, so that it is read there.
+    QWidget *const proxy = m_editor->focusProxy();
+    (proxy ? proxy : m_editor)->setAccessibleDescription(problem);
     show();
 }
 

@@ -214,10 +214,12 @@ void DXConnectionDialog::connectNow()
 
 void DXConnectionDialog::start(Purpose purpose)
 {
-    if (m_attempt || !m_form->validate())
+    if (m_attempt)
+        return;
+    m_message->clearMessage();
+    if (!m_form->validate())
         return;
     m_attempted = m_form->record();
-    m_message->clearMessage();
     setRunning(true);
     m_attempt = std::make_unique<DXConnectionAttempt>(
         *m_attempted->createDatabaseConnectionDetails(),

@@ -88,9 +88,16 @@ void DXSSHTunnelFields::connectEdits()
             m_host->setFocus();
         Q_EMIT edited();
     });
-    for (QLineEdit *const line : {m_host, m_port, m_user})
-        connect(line, &QLineEdit::textEdited, this, &DXSSHTunnelFields::edited);
-    connect(m_key, &DXFileField::edited, this, &DXSSHTunnelFields::edited);
+    const auto cleared = [this](DXFormField *field) {
+        return [this, field] {
+            field->setProblem({});
+            Q_EMIT edited();
+        };
+    };
+    connect(m_host, &QLineEdit::textEdited, this, cleared(m_hostField));
+    connect(m_port, &QLineEdit::textEdited, this, cleared(m_portField));
+    connect(m_user, &QLineEdit::textEdited, this, cleared(m_userField));
+    connect(m_key, &DXFileField::edited, this, cleared(m_keyField));
 }
 
 void DXSSHTunnelFields::showFields()
