@@ -34,3 +34,10 @@ DXConnectionWindowController::Record PostgresConnectionWindowController::initial
     }
     return PostgresConnectionFormController::recordOf(*m_details);
 }
+
+DXConnectionWindowController::Record PostgresConnectionWindowController::newRecord() const
+{
+    PostgresDatabaseConnectionDetails details;
+    details.setPort(PostgresDatabaseConnectionDetails::defaultPort);
+    return PostgresConnectionFormController::recordOf(details);
+}

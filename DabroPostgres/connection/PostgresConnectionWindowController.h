@@ -24,6 +24,7 @@ protected:
     QString title() const override;
     DXConnectionForm *createForm() override;
     Record initialRecord() const override;
+    Record newRecord() const override;
 
 private:
     const std::shared_ptr<const PostgresDatabaseConnectionDetails> m_details;

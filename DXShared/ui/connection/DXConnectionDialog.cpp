@@ -53,6 +53,7 @@ DXConnectionDialog::DXConnectionDialog(const Init &init)
     , m_list(init.list)
     , m_form(init.form)
     , m_notSaved(init.notSaved)
+    , m_newRecord(init.newRecord)
 {
     setWindowTitle(init.title);
     setWindowModality(init.parent ? Qt::WindowModal : Qt::NonModal);
@@ -170,17 +171,10 @@ void DXConnectionDialog::connectSidebar()
         m_form->takeFocus();
     });
     connect(m_saved, &View::newRequested, this, [this] {
-        setRecord(newRecord());
+        setRecord(m_newRecord());
         m_form->takeFocus();
     });
     m_saved->setLists({&m_list});
-}
-
-DXConnectionDialog::Record DXConnectionDialog::newRecord() const
-{
-    const Record record = m_list.createRecord();
-    record->setConnectionId(SQLRecentConnection::createConnectionId());
-    return record;
 }
 
 QString DXConnectionDialog::shownId() const

@@ -41,6 +41,8 @@ public:
         /// Told when the saved connections do not take what was connected, which may be after the
         /// dialog has closed.
         std::function<void(const DXError &error)> notSaved;
+        /// Makes what "New connection" shows, with an id.
+        std::function<Record()> newRecord;
         QWidget *parent = nullptr;
     };
     explicit DXConnectionDialog(const Init &init);
@@ -76,11 +78,11 @@ private:
     void stop();
     void save();
     void saved(const QString &name, const DXError &error);
-    Record newRecord() const;
 
     SQLRecentConnectionList &m_list;
     DXConnectionForm *const m_form;
     const std::function<void(const DXError &)> m_notSaved;
+    const std::function<Record()> m_newRecord;
     DXSavedConnectionsView *m_saved = nullptr;
     DXMessageArea *m_message = nullptr;
     QProgressBar *m_progress = nullptr;

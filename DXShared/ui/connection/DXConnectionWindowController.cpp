@@ -35,6 +35,7 @@ void DXConnectionWindowController::open(QWidget *parent)
                                        .title = title(),
                                        .record = initialRecord(),
                                        .notSaved = notSavedHandler(),
+                                       .newRecord = [this] { return newRecord(); },
                                        .parent = parent});
     m_dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_dialog, &DXConnectionDialog::connected, this,

@@ -56,6 +56,8 @@ protected:
     virtual DXConnectionForm *createForm() = 0;
     /// What the dialog shows first, with an id.
     virtual Record initialRecord() const = 0;
+    /// What a new connection begins with, with an id.
+    virtual Record newRecord() const = 0;
 
 private:
     std::function<void(const DXError &)> notSavedHandler();
