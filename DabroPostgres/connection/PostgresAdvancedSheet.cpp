@@ -55,7 +55,7 @@ PostgresAdvancedSheet::PostgresAdvancedSheet(const Values &values, QWidget *pare
     fillTimeZones(*m_timeZone);
     m_timeZone->setCurrentText(m_settings.timeZone());
     m_timeZone->setAccessibleName(tr("Time zone of the session"));
-    m_group->setChecked(values.groupSchemas);
+    m_group->setChecked(!values.groupSchemas);
 
     auto *const form = new QFormLayout;
     form->setSpacing(rowGap);
@@ -161,7 +161,7 @@ void PostgresAdvancedSheet::accept()
     m_timeZoneField->setProblem(!parameters && problem.row < 0 ? problem.text : QString());
     m_tableField->setProblem(!parameters && problem.row >= 0 ? problem.text : QString());
     if (parameters) {
-        m_values = {.parameters = *parameters, .groupSchemas = m_group->isChecked()};
+        m_values = {.parameters = *parameters, .groupSchemas = !m_group->isChecked()};
         QDialog::accept();
     } else if (problem.row < 0) {
         m_timeZoneField->takeFocus();

@@ -23,6 +23,7 @@ public:
     {
         /// As the record keeps them.
         QMap<QString, QString> parameters = {};
+        /// As in PostgresRecentConnection; the check box says the opposite.
         bool groupSchemas = true;
     };
     PostgresAdvancedSheet(const Values &values, QWidget *parent);

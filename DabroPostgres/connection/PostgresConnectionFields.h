@@ -28,5 +28,6 @@ struct PostgresConnectionFields
     std::shared_ptr<PostgresSSLDetails> ssl = {};
     /// As the record keeps them (PostgresSessionSettings).
     QMap<QString, QString> sessionParameters = {};
+    /// As in PostgresRecentConnection.
     bool groupSchemas = true;
 };

@@ -217,6 +217,6 @@ QString Controller::sessionSummary(const Fields &fields)
     if (others > 0)
         parts.append(others == 1 ? tr("1 parameter") : tr("%1 parameters").arg(others));
     if (!fields.groupSchemas)
-        parts.append(tr("not grouped by schema"));
+        parts.append(tr("tree grouped by schema"));
     return parts.isEmpty() ? tr("The server's defaults") : parts.join(QLatin1String(", "));
 }

@@ -9,8 +9,8 @@
 
 class DabroDBC;
 
-/// Whether the catalogue tree groups objects by schema, for each connection, for as long as the
-/// program runs. [any]
+/// Whether the catalogue tree lists the objects of all schemas together, as one group, or has a
+/// node for each schema; for each connection, for as long as the program runs. [any]
 class PostgresConnectionHelper final
 {
 public:

@@ -24,7 +24,8 @@ public:
     {
         m_sslDetails = details;
     }
-    /// Whether the tree groups this connection's objects by schema.
+    /// Whether the tree lists the objects of all schemas together, as one group; else each schema
+    /// has a node of its own.
     bool groupSchemas() const { return m_groupSchemas; }
     void setGroupSchemas(bool groupSchemas) { m_groupSchemas = groupSchemas; }
 
