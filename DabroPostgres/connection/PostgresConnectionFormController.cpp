@@ -65,7 +65,10 @@ std::shared_ptr<PostgresRecentConnection> Controller::recordOf(const Fields &fie
     record->setAlias(fields.name.trimmed());
     record->setTabColor(fields.tabColor);
     record->setServerHost(fields.host.trimmed());
-    record->setServerPort(fields.port.trimmed().toUShort());
+    // The far end of a tunnel is not the client library's to choose.
+    const bool isPortLeft = fields.port.trimmed().isEmpty() && fields.tunnel;
+    record->setServerPort(isPortLeft ? PostgresDatabaseConnectionDetails::defaultPort
+                                     : fields.port.trimmed().toUShort());
     record->setUsername(fields.user.trimmed());
     record->setPassword(fields.password);
     record->setRememberPassword(fields.rememberPassword);
@@ -108,8 +111,6 @@ Controller::Problems Controller::problemsOf(const Fields &fields)
                                         "address, not by a socket folder."));
     if (!isPort(fields.port.trimmed()))
         problems.insert(Field::Port, tr("1 to 65535"));
-    else if (fields.tunnel && fields.port.trimmed().isEmpty())
-        problems.insert(Field::Port, tr("Needed for the tunnel"));
     if (!canBeCarried(fields.user))
         problems.insert(Field::User, text);
     if (!canBeCarried(fields.database))
