@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QVBoxLayout>
 
 namespace
@@ -14,7 +15,7 @@ namespace
 
 constexpr int edge = 16;
 constexpr int rowGap = 8;
-constexpr int narrowest = 420;
+constexpr int narrowest = 480;
 
 QLabel *plainLabel(const QString &text)
 {
@@ -22,6 +23,13 @@ QLabel *plainLabel(const QString &text)
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     return label;
+}
+
+// What may be typed in a terminal; here there are buttons.
+QString withoutAnswers(const QString &text)
+{
+    static const QRegularExpression answers(QStringLiteral("\\s*\\(yes/no[^)]*\\)"));
+    return QString(text).remove(answers).trimmed();
 }
 
 // One-time codes are worth nothing a second time.
@@ -42,7 +50,8 @@ DXSSHPromptDialog::Kind DXSSHPromptDialog::kindOf(const QByteArray &hint, const 
     return text.contains(QLatin1String("(yes/no")) ? Kind::HostKey : Kind::Secret;
 }
 
-DXSSHPromptDialog::DXSSHPromptDialog(const QByteArray &hint, const QString &text, QWidget *parent)
+DXSSHPromptDialog::DXSSHPromptDialog(const QByteArray &hint, const QString &text, Attempt attempt,
+                                     QWidget *parent)
     : QDialog(parent)
     , m_kind(kindOf(hint, text))
 {
@@ -53,19 +62,19 @@ DXSSHPromptDialog::DXSSHPromptDialog(const QByteArray &hint, const QString &text
     layout->setContentsMargins(edge, edge, edge, edge);
     layout->setSpacing(rowGap);
 
-    QLabel *const title = plainLabel(heading());
+    QLabel *const title = plainLabel(heading(attempt));
     QFont bold = title->font();
     bold.setBold(true);
     title->setFont(bold);
     layout->addWidget(title);
-    QLabel *const question = plainLabel(text.trimmed());
+    QLabel *const question = plainLabel(withoutAnswers(text));
     question->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     question->setFocusPolicy(Qt::ClickFocus);
     layout->addWidget(question);
     if (m_kind == Kind::Secret) {
         m_secret = new QLineEdit;
         m_secret->setEchoMode(QLineEdit::Password);
-        m_secret->setAccessibleName(text.trimmed());
+        m_secret->setAccessibleName(withoutAnswers(text));
         layout->addWidget(m_secret);
         m_remember = new QCheckBox(tr("&Keep it until the program ends"));
         m_remember->setChecked(canBeAskedAgain(text));
@@ -81,11 +90,12 @@ DXSSHPromptDialog::DXSSHPromptDialog(const QByteArray &hint, const QString &text
                                                 : DXDialogButtons::Default::Cancel);
 }
 
-QString DXSSHPromptDialog::heading() const
+QString DXSSHPromptDialog::heading(Attempt attempt) const
 {
     switch (m_kind) {
     case Kind::Secret:
-        return tr("SSH asks for a secret");
+        return attempt == Attempt::First ? tr("SSH asks for a secret")
+                                         : tr("That was not it: SSH asks again");
     case Kind::HostKey:
         return tr("SSH does not know this host");
     case Kind::Permission:

@@ -16,8 +16,11 @@ class DXSHARED_EXPORT DXSSHPromptDialog final : public QDialog
     Q_OBJECT
 
 public:
+    /// Whether ssh asked the same before, and refused the answer.
+    enum class Attempt { First, Again };
     /// hint is SSH_ASKPASS_PROMPT as ssh sets it (ssh(1)).
-    DXSSHPromptDialog(const QByteArray &hint, const QString &text, QWidget *parent);
+    DXSSHPromptDialog(const QByteArray &hint, const QString &text, Attempt attempt,
+                      QWidget *parent);
 
     /// What ssh is to read, once the dialog was accepted.
     QString answer() const;
@@ -27,7 +30,7 @@ public:
 private:
     enum class Kind { Secret, HostKey, Permission, Notice };
     static Kind kindOf(const QByteArray &hint, const QString &text);
-    QString heading() const;
+    QString heading(Attempt attempt) const;
     QString acceptText() const;
 
     const Kind m_kind;

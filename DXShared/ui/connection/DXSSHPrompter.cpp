@@ -142,7 +142,10 @@ bool DXSSHPrompter::answerFromMemory(const Question &question)
 
 void DXSSHPrompter::askWindow(const Question &question)
 {
-    auto *const window = new DXSSHPromptDialog(question.hint, question.text, windowInFront());
+    using Attempt = DXSSHPromptDialog::Attempt;
+    const bool isAgain = m_answered.value(question.text) == question.asker;
+    auto *const window = new DXSSHPromptDialog(
+        question.hint, question.text, isAgain ? Attempt::Again : Attempt::First, windowInFront());
     m_window = window;
     window->setAttribute(Qt::WA_DeleteOnClose);
     // ssh takes its question back when it ends, or when a security key was touched.
@@ -150,10 +153,9 @@ void DXSSHPrompter::askWindow(const Question &question)
     connect(window, &QDialog::finished, this, [this, window, question](int result) {
         m_window = nullptr;
         if (result == QDialog::Accepted) {
-            if (window->isToBeRemembered()) {
+            m_answered.insert(question.text, question.asker);
+            if (window->isToBeRemembered())
                 m_remembered.insert(question.text, window->answer());
-                m_answered.insert(question.text, question.asker);
-            }
             answer(question, window->answer());
         } else {
             refuse(question);

@@ -57,6 +57,6 @@ private:
     QList<Question> m_questions;
     QPointer<DXSSHPromptDialog> m_window;
     QHash<QString, QString> m_remembered;
-    /// The process that was last given the remembered answer to a text.
+    /// The process that was last given an answer to a text.
     QHash<QString, QByteArray> m_answered;
 };
