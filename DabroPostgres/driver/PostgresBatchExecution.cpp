@@ -129,6 +129,7 @@ bool PostgresDatabaseClient::executeQueryDetails(const QList<DXQueryDetails> &qu
             }
             const auto details = appendDetails(queryDetails[count++], resultSet);
             const qsizetype rowCount = readRows(rows, *details, resultSet, &failure);
+            failure = withTunnelsEnd(failure);
             finish(*details, failure ? errorMessage(failure) : successMessage(rows, rowCount),
                    resultSet, block);
             keepLast(lastFailure, std::exchange(failure, DXError()));

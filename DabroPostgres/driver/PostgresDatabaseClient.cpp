@@ -18,6 +18,9 @@
 namespace
 {
 
+// A socket of ssh's may close a moment before ssh is seen to have ended.
+constexpr std::chrono::milliseconds tunnelsPatience(250);
+
 void initializeLibpq()
 {
     static const bool initialized = [] {
@@ -135,6 +138,19 @@ DXError PostgresDatabaseClient::connectionFailure() const
     const DXError failure = m_internalConnection->error();
     const QString said = m_tunnel ? m_tunnel->standardError().trimmed() : QString();
     return said.isEmpty() ? failure : failure.withDetail(DXSSHTunnel::standardErrorKey(), said);
+}
+
+// libpq blames the server for a tunnel that was cut.
+DXError PostgresDatabaseClient::withTunnelsEnd(const DXError &failure) const
+{
+    if (!failure || !m_tunnel || isConnected())
+        return failure;
+    const QString reason = m_tunnel->endingWithin(tunnelsPatience);
+    return reason.isEmpty() ? failure
+                            : failure.withDescription(
+                                QStringLiteral("The SSH tunnel through %1 broke, and the "
+                                               "connection with it.\n%2")
+                                    .arg(postgresDetails().sshTunnelModel()->host, reason));
 }
 
 bool PostgresDatabaseClient::prepareEncoding(DXError *error)

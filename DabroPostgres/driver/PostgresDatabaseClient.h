@@ -110,6 +110,7 @@ private:
     bool openTunnel(DXSSHDelegate *sshDelegate, DXError *error);
     void openHandle(const QString &database);
     DXError connectionFailure() const;
+    DXError withTunnelsEnd(const DXError &failure) const;
     bool prepareEncoding(DXError *error);
     bool applySessionPreferences(DXError *error);
     bool readVersion(DXError *error);

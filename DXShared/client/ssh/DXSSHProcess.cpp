@@ -231,6 +231,12 @@ void DXSSHProcess::end()
     m_changed.wait(lock, [this] { return m_state == State::Ended; });
 }
 
+bool DXSSHProcess::waitForEnd(std::chrono::milliseconds limit)
+{
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, limit, [this] { return m_state == State::Ended; });
+}
+
 void DXSSHProcess::run()
 {
     // Signals are for the program's own threads; and the child must not run handlers of ours.

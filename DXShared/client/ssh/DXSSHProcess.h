@@ -55,6 +55,8 @@ public:
     State state() const;
     /// Returns after limit, or sooner when the child is ready, printed something or ended.
     State waitWhileOpening(std::chrono::milliseconds limit);
+    /// True once it has ended; false when it did not within limit.
+    bool waitForEnd(std::chrono::milliseconds limit);
     /// How it ended, once it has.
     Ending ending() const;
 

@@ -83,23 +83,28 @@ QString reasonIn(const QByteArray &standardError)
     return lines.mid(std::max<qsizetype>(lines.size() - shownLines, 0)).join(u'\n');
 }
 
-DXError errorOf(const DXSSHProcess &process)
+QString reasonOf(const DXSSHProcess &process)
+{
+    const DXSSHProcess::Ending ending = process.ending();
+    const QString said = reasonIn(process.standardError());
+    if (!said.isEmpty())
+        return said;
+    return ending.signal != 0 ? u"ssh was ended by signal %1."_s.arg(ending.signal)
+                              : u"ssh ended with status %1 and no message."_s.arg(ending.exitCode);
+}
+
+DXError errorOf(const DXSSHProcess &process, const QString &host)
 {
     const DXSSHProcess::Ending ending = process.ending();
     if (ending.systemError != 0)
         return {errorDomain, ending.systemError,
                 u"The program ssh could not be started: %1."_s.arg(textOf(ending.systemError))};
-    QString reason = reasonIn(process.standardError());
-    if (reason.isEmpty())
-        reason = ending.signal != 0
-                     ? u"The SSH tunnel failed: ssh was ended by signal %1."_s.arg(ending.signal)
-                     : u"The SSH tunnel failed: ssh ended with status %1 and no message."_s.arg(
-                         ending.exitCode);
-    return {errorDomain, ending.exitCode, reason};
+    return {errorDomain, ending.exitCode,
+            u"The SSH tunnel through %1 could not be opened.\n%2"_s.arg(host, reasonOf(process))};
 }
 
 // Returns once the tunnel carries connections, ended, or the delegate gives up; then with error.
-DXError waitUntilOpen(DXSSHProcess &process, DXSSHDelegate &delegate)
+DXError waitUntilOpen(DXSSHProcess &process, const QString &host, DXSSHDelegate &delegate)
 {
     for (;;) {
         const DXSSHProcess::State state = process.waitWhileOpening(cancelInterval);
@@ -108,7 +113,7 @@ DXError waitUntilOpen(DXSSHProcess &process, DXSSHDelegate &delegate)
         if (state == DXSSHProcess::State::Open)
             return {};
         if (state == DXSSHProcess::State::Ended)
-            return errorOf(process);
+            return errorOf(process, host);
         if (delegate.sshShouldCancel())
             return {errorDomain, ECANCELED, u"Opening the SSH tunnel was cancelled."_s};
     }
@@ -187,7 +192,7 @@ std::unique_ptr<DXSSHTunnel> DXSSHTunnel::open(const DXSSHTunnelModel &model,
         if (!command)
             return nullptr;
         auto process = std::make_unique<DXSSHProcess>(*command);
-        const DXError failure = waitUntilOpen(*process, asked);
+        const DXError failure = waitUntilOpen(*process, model.host, asked);
         if (!failure)
             return std::unique_ptr<DXSSHTunnel>(
                 new DXSSHTunnel(std::make_unique<Private>(std::move(process), port)));
@@ -212,6 +217,12 @@ quint16 DXSSHTunnel::localPort() const
 bool DXSSHTunnel::isOpen() const
 {
     return d->process->state() == DXSSHProcess::State::Open;
+}
+
+QString DXSSHTunnel::endingWithin(std::chrono::milliseconds limit) const
+{
+    const bool hasEnded = d->process->waitForEnd(limit);
+    return hasEnded ? reasonOf(*d->process) : QString();
 }
 
 QString DXSSHTunnel::standardErrorKey()

@@ -8,7 +8,7 @@
 
 #include <QByteArrayList>
 
-#include <functional>
+#include <chrono>
 #include <memory>
 
 /// What the tunnel asks of whoever opens a connection. Called on the thread that opens it.
@@ -49,6 +49,8 @@ public:
     quint16 localPort() const;
     /// Whether the child still runs. [any]
     bool isOpen() const;
+    /// Why the child ended, when it does within limit or has already; else empty. [background]
+    QString endingWithin(std::chrono::milliseconds limit) const;
     /// What ssh printed on standard error since it opened, such as a refused target; the last lines
     /// of it. [any]
     QString standardError() const;
