@@ -9,6 +9,8 @@
 #include "driver/PostgresDatabaseResultSet.h"
 #include "driver/connecting/PostgresConnectionHandle.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <poll.h>
@@ -69,6 +71,27 @@ bool saysThatDatabaseIsAbsent(const QString &message)
         QStringLiteral("\\A(?:connection to server (?:at|on) [^\\n]*? failed: )?FATAL:  database "),
         QRegularExpression::CaseInsensitiveOption);
     return expression.match(message).hasMatch();
+}
+
+// libpq says so on standard error only, which nobody sees.
+DXError withPasswordFilesFault(PGconn *connection, const DXError &failure)
+{
+    QString path;
+    const std::unique_ptr<PQconninfoOption, decltype(&PQconninfoFree)> options(
+        PQconninfo(connection), &PQconninfoFree);
+    for (const auto *option = options.get(); option && option->keyword; ++option) {
+        if (option->val && QByteArrayView(option->keyword) == "passfile")
+            path = QFile::decodeName(option->val);
+    }
+    const QFileInfo file(path);
+    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther
+                        | QFile::WriteOther | QFile::ExeOther;
+    if (path.isEmpty() || !file.isFile() || !(file.permissions() & others))
+        return failure;
+    return failure.withDescription(
+        QStringLiteral("%1\nThe password file \"%2\" is not used, since it is open to others. "
+                       "Close it with: chmod 600 %2")
+            .arg(failure.description().trimmed(), path));
 }
 
 } // namespace
@@ -135,7 +158,9 @@ bool PostgresDatabaseClient::openConnection(DXSSHDelegate *sshDelegate, DXError 
 // libpq only sees a tunnel's local end closing; why it did, ssh knows.
 DXError PostgresDatabaseClient::connectionFailure() const
 {
-    const DXError failure = m_internalConnection->error();
+    DXError failure = m_internalConnection->error();
+    if (connectionNeedsPassword() && postgresDetails().password().isEmpty())
+        failure = withPasswordFilesFault(m_internalConnection->get(), failure);
     const QString said = m_tunnel ? m_tunnel->standardError().trimmed() : QString();
     return said.isEmpty() ? failure : failure.withDetail(DXSSHTunnel::standardErrorKey(), said);
 }
