@@ -33,7 +33,7 @@ void RestoredTabs::update()
         if (!waiting.tab || waiting.tab->hasConnection())
             return true;
         const auto details = m_connections.savedDetails(waiting.connectionId);
-        return details && waiting.tab->setDetails(details);
+        return details && waiting.tab->setDetails(details, DXQueryTab::ReadNames::OnRun);
     });
     if (m_waiting.size() != before)
         Q_EMIT reunited();

@@ -24,6 +24,8 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace
 {
 
@@ -97,7 +99,7 @@ DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
     layout->addWidget(splitter, 1);
     setFocusProxy(m_editor);
 
-    updateCompletion();
+    updateCompletion(ReadNames::AtOnce);
     m_tick.setInterval(std::chrono::milliseconds(100));
     connect(&m_tick, &QTimer::timeout, this, &DXQueryTab::updateTitles);
     connect(m_session, &DXQuerySession::stateChanged, this, &DXQueryTab::statusChanged);
@@ -146,22 +148,24 @@ const std::shared_ptr<DabroDBC> &DXQueryTab::details() const
     return m_session->details();
 }
 
-bool DXQueryTab::setDetails(const std::shared_ptr<DabroDBC> &details)
+bool DXQueryTab::setDetails(const std::shared_ptr<DabroDBC> &details, ReadNames readNames)
 {
     if (!m_session->setDetails(details))
         return false;
     m_hasConnection = true;
-    updateCompletion();
+    updateCompletion(readNames);
     Q_EMIT statusChanged();
     return true;
 }
 
-void DXQueryTab::updateCompletion()
+void DXQueryTab::updateCompletion(ReadNames readNames)
 {
     if (!m_hasConnection)
         return;
     const auto completion = std::make_shared<DXSQLCompletion>(details());
-    completion->load();
+    m_unreadNames = readNames == ReadNames::OnRun ? completion : nullptr;
+    if (!m_unreadNames)
+        completion->load();
     m_completion->setCompletion(completion);
 }
 
@@ -189,6 +193,8 @@ void DXQueryTab::run(const QList<DXQueryDetails> &statements)
         Q_EMIT connectionMissing();
         return;
     }
+    if (const auto names = std::exchange(m_unreadNames, nullptr))
+        names->load();
     m_runsSeveral = statements.size() > 1;
     const DXTextRange first = statements.constFirst().queryRange;
     m_editor->markRunning(

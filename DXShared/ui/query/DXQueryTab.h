@@ -21,6 +21,7 @@ class DXQueryResultDetails;
 class DXQuerySession;
 class DXResultOutput;
 class DXResultPage;
+class DXSQLCompletion;
 class DXSQLEditor;
 class DXValueView;
 class DabroDBC;
@@ -51,9 +52,13 @@ public:
     const std::shared_ptr<DabroDBC> &details() const;
     /// Without one nothing is run.
     bool hasConnection() const { return m_hasConnection; }
+    /// Whether the names for completion are read at once, or only when something is run: connecting
+    /// may ask the user for secrets.
+    enum class ReadNames { AtOnce, OnRun };
     /// Takes another connection; false, and nothing happens, while the session is busy or in a
     /// transaction.
-    bool setDetails(const std::shared_ptr<DabroDBC> &details);
+    bool setDetails(const std::shared_ptr<DabroDBC> &details,
+                    ReadNames readNames = ReadNames::AtOnce);
 
     /// Runs the selection, or the whole text when nothing is selected.
     void runAll();
@@ -87,7 +92,7 @@ Q_SIGNALS:
     void finished(const DXError &error);
 
 private:
-    void updateCompletion();
+    void updateCompletion(ReadNames readNames);
     void run(const QList<DXQueryDetails> &statements);
     void clearResults();
     void takeResults();
@@ -118,5 +123,7 @@ private:
     QString m_lastFailure;
     bool m_runsSeveral = false;
     bool m_hasConnection;
+    // Whose names are read with the next run.
+    std::shared_ptr<DXSQLCompletion> m_unreadNames;
     QTimer m_tick;
 };
