@@ -57,9 +57,15 @@ void ConnectionDialogs::tellUnsaved(const DXError &error)
 void ConnectionDialogs::connectTo(const std::shared_ptr<SQLRecentConnection> &record)
 {
     const auto details = record->createDatabaseConnectionDetails();
-    if (m_connections.find(*details)) {
-        Q_EMIT connected(details);
-        return;
+    if (const Connections::Connection *const open = m_connections.find(*details)) {
+        // The record need not remember the password that the open one was given.
+        const auto asOpen = details->copy();
+        if (asOpen->password().isEmpty())
+            asOpen->setPassword(open->details->password());
+        if (asOpen->sessionKey() == open->details->sessionKey()) {
+            Q_EMIT connected(asOpen);
+            return;
+        }
     }
     Q_EMIT announced(tr("Connecting to %1.").arg(Connections::title(*details)));
     m_attempt = std::make_unique<DXConnectionAttempt>(

@@ -37,6 +37,14 @@ void closePooled(const Connections::Connection &connection)
     });
 }
 
+// Whether a tree that was loaded with one is right for the other: a saved connection may have been
+// edited since.
+bool isUnchanged(const DabroDBC &one, const DabroDBC &other)
+{
+    return one.connectionId().isEmpty()
+           || (one.sessionKey() == other.sessionKey() && one.alias() == other.alias());
+}
+
 } // namespace
 
 QString Connections::title(const DabroDBC &details)
@@ -144,8 +152,11 @@ const Connections::Connection *Connections::find(const DabroDBC &details) const
 
 void Connections::open(const std::shared_ptr<DabroDBC> &details, DXDatabaseTreeView &view)
 {
-    if (find(*details))
-        return;
+    if (const Connection *const found = find(*details)) {
+        if (isUnchanged(*found->details, *details))
+            return;
+        close(*found->details, view);
+    }
     DXDBCTabColorHelper::sharedInstance().setColorFromAliasTemporaryForId(details->alias(),
                                                                           details->connectionId());
     Connection connection{.details = details,

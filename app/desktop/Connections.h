@@ -61,7 +61,8 @@ public:
     const QList<Connection> &open() const { return m_open; }
     /// The open connection that details, of any of its databases, belong to; null for none.
     const Connection *find(const DabroDBC &details) const;
-    /// Shows the tree of details in view, unless it is there already.
+    /// Shows the tree of details in view, unless it is there already; that of a connection which
+    /// was edited since is replaced.
     void open(const std::shared_ptr<DabroDBC> &details, DXDatabaseTreeView &view);
     /// Ends the tree of details, and what its loads keep connected.
     void close(const DabroDBC &details, DXDatabaseTreeView &view);
