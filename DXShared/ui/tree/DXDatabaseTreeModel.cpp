@@ -14,12 +14,17 @@
 namespace
 {
 
+bool fillsItsCell(const DXDatabaseTreeEntry &entry)
+{
+    return entry.tableCellIdentifier() == QLatin1String("ColumnDetailsTableCellView");
+}
+
 // What is shown of an entry: some kinds fill a cell of two texts.
 ColumnDetailsTableCellView cellOf(const DXDatabaseTreeEntry &entry)
 {
     ColumnDetailsTableCellView cell{.columnNameTextField = entry.displayName(),
                                     .columnDetailsTextField = entry.details()};
-    if (entry.tableCellIdentifier() == QLatin1String("ColumnDetailsTableCellView"))
+    if (fillsItsCell(entry))
         entry.prepareCell(cell);
     return cell;
 }
@@ -44,7 +49,7 @@ QString wholeTextOf(const DXDatabaseTreeEntry &entry)
 QString identityOf(const DXDatabaseTreeEntry &entry)
 {
     QString identity = QLatin1String(typeid(entry).name()) + u' ' + entry.displayName();
-    if (!entry.tableCellIdentifier().isNull())
+    if (fillsItsCell(entry))
         identity += u' ' + cellOf(entry).columnDetailsTextField;
     return identity;
 }

@@ -15,9 +15,13 @@ DXTreeMemory::DXTreeMemory(QTreeView &tree, QAbstractItemModel &model, int ident
             [this] { remember(m_tree.currentIndex()); });
     tree.setModel(&model);
     // After the tree has seen it.
-    connect(&model, &QAbstractItemModel::rowsRemoved, this, [this] {
-        if (!m_lost.isNull())
-            m_substitute = m_tree.currentIndex();
+    connect(&model, &QAbstractItemModel::rowsRemoved, this, [this](const QModelIndex &parent) {
+        if (m_lost.isNull())
+            return;
+        // A tree selects a row beside the lost one, and nothing when there is none.
+        if (!m_tree.currentIndex().isValid())
+            m_tree.setCurrentIndex(parent);
+        m_substitute = m_tree.currentIndex();
     });
     connect(&model, &QAbstractItemModel::rowsInserted, this, &DXTreeMemory::restore);
     connect(&model, &QAbstractItemModel::modelReset, this, [this, &model] {
