@@ -97,6 +97,33 @@ QString TestSshServer::writeFile(const QString &name, const QByteArray &content,
     return written.fileName();
 }
 
+QString TestSshServer::programFolder(const QByteArray &configuration) const
+{
+    const QString folder = QStringLiteral("bin");
+    EXPECT_TRUE(QDir(m_folder.path()).mkpath(folder));
+    const QString file = writeFile(QStringLiteral("user_config"), configuration);
+    writeFile(folder + QStringLiteral("/ssh"),
+              QStringLiteral("#!/bin/sh\nexec \"%1\" -F \"%2\" \"$@\"\n")
+                  .arg(QStandardPaths::findExecutable(QStringLiteral("ssh")), file)
+                  .toUtf8(),
+              true);
+    return m_folder.filePath(folder);
+}
+
+QList<qint64> TestSshServer::clientsOf(qint64 parent)
+{
+    QList<qint64> clients;
+    const QStringList numbers = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
+    for (const QString &number : numbers) {
+        // "123 (ssh) S 122 …" (proc(5))
+        const QByteArrayList status =
+            contentOf(QStringLiteral("/proc/%1/stat").arg(number)).split(' ');
+        if (status.value(1) == "(ssh)" && status.value(3).toLongLong() == parent)
+            clients += status.value(0).toLongLong();
+    }
+    return clients;
+}
+
 QString TestSshServer::log() const
 {
     return QString::fromUtf8(contentOf(file(QStringLiteral("log"))));

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArrayList>
+#include <QList>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -42,6 +43,11 @@ public:
     QString file(const QString &name) const { return m_folder.filePath(name); }
     /// Writes such a file and returns where it is; executable when isProgram.
     QString writeFile(const QString &name, const QByteArray &content, bool isProgram = false) const;
+    /// Writes a folder with a program "ssh" that takes this text for the user's configuration, and
+    /// returns its name for PATH: the real one finds ~/.ssh/config by the account, not by HOME.
+    QString programFolder(const QByteArray &configuration) const;
+    /// The processes called ssh that the process parent started and has not reaped yet.
+    static QList<qint64> clientsOf(qint64 parent);
     /// What the server logged.
     QString log() const;
 

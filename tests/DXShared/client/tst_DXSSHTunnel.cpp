@@ -62,21 +62,9 @@ QByteArrayList statusOf(qint64 pid)
     return QByteArrayList{text.mid(open + 1, close - open - 1)} + text.mid(close + 2).split(' ');
 }
 
-// Processes named ssh that parent started and that are not yet reaped.
-QList<qint64> sshChildrenOf(qint64 parent)
-{
-    QList<qint64> children;
-    for (const QString &name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
-        const QByteArrayList status = statusOf(name.toLongLong());
-        if (status.value(0) == "ssh" && status.value(2).toLongLong() == parent)
-            children += name.toLongLong();
-    }
-    return children;
-}
-
 QList<qint64> sshChildren()
 {
-    return sshChildrenOf(getpid());
+    return TestSshServer::clientsOf(getpid());
 }
 
 bool hasEnded(qint64 pid)
@@ -366,7 +354,7 @@ TEST_F(DXSSHTunnelTest, takesItsChildAlongWhenTheProgramIsKilled)
     ASSERT_EQ(std::fscanf(output, "%d %d", &holder, &port), 2);
     const auto localPort = static_cast<quint16>(port);
     EXPECT_TRUE(carriesBytes(localPort, m_target));
-    const QList<qint64> children = sshChildrenOf(holder);
+    const QList<qint64> children = TestSshServer::clientsOf(holder);
     EXPECT_EQ(children.size(), 1);
 
     kill(holder, SIGKILL);

@@ -3,11 +3,8 @@
 #include "DabroPostgres/connection/ConnectionDialog.h"
 
 #include "connection/PostgresAdvancedSheet.h"
-#include "connection/PostgresConnectionFormController.h"
 #include "connection/PostgresSSLSheet.h"
 #include "support/PrintQt.h"
-#include "support/TestSshServer.h"
-#include "ui/connection/DXSSHPromptDialog.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -242,38 +239,6 @@ TEST_F(ConnectionDialog, keepsTheFilesOfTheSSLSheet)
     EXPECT_EQ(named<QLineEdit>(sheet, u"Certificate revocation list"_qs)->text(), file.fileName());
     QTest::keyClick(sheet, Qt::Key_Escape);
     EXPECT_TRUE(dialog()->isVisible());
-}
-
-TEST_F(ConnectionDialog, asksForThePassphraseOfATunnelOnceForAll)
-{
-    const TestSshServer ssh;
-    const DXSSHTunnelModel tunnel{.host = u"127.0.0.1"_qs,
-                                  .port = ssh.port(),
-                                  .username = ssh.username(),
-                                  .identityFile = ssh.lockedKeyFile(),
-                                  .configurationFile = ssh.configurationFile()};
-    open(PostgresConnectionFormController::recordOf(
-        {.host = u"127.0.0.1"_qs,
-         .port = QString::number(cluster().port()),
-         .user = u"clerk"_qs,
-         .password = password(),
-         .database = u"shop"_qs,
-         .tunnel = std::make_shared<DXSSHTunnelModel>(tunnel)},
-        u"id"_qs));
-    QTest::keyClick(dialog(), Qt::Key_Return);
-    auto *question = opened<DXSSHPromptDialog>();
-    ASSERT_TRUE(question);
-    EXPECT_EQ(question->parentWidget(), dialog());
-    QTest::keyClicks(question->findChild<QLineEdit *>(), u"wrong"_qs);
-    QTest::keyClick(question, Qt::Key_Return);
-    EXPECT_TRUE(DXWait::until([&] {
-        auto *const next = opened<DXSSHPromptDialog>();
-        return std::exchange(question, next) != next;
-    }));
-    QTest::keyClicks(question->findChild<QLineEdit *>(), ssh.passphrase());
-    QTest::keyClick(question, Qt::Key_Return);
-    ASSERT_TRUE(DXWait::until([this] { return m_connected != nullptr; }));
-    EXPECT_EQ(scalar(u"SELECT current_database()"_qs), u"shop"_qs);
 }
 
 } // namespace

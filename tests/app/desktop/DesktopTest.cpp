@@ -68,6 +68,23 @@ QTreeView &DesktopTest::tree() const
     return **std::ranges::find_if(trees, &QTreeView::isVisible);
 }
 
+QModelIndex DesktopTest::find(const QStringList &names) const
+{
+    QModelIndex index;
+    for (const QString &name : names) {
+        const QAbstractItemModel &model = *tree().model();
+        int row = 0;
+        while (row < model.rowCount(index)
+               && !model.index(row, 0, index).data().toString().contains(name))
+            ++row;
+        if (row == model.rowCount(index))
+            return {};
+        index = model.index(row, 0, index);
+        tree().expand(index);
+    }
+    return index;
+}
+
 bool DesktopTest::run(const QString &text) const
 {
     tab().editor().setText(text);

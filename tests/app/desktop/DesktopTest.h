@@ -4,6 +4,7 @@
 
 #include "support/PostgresCluster.h"
 
+#include <QModelIndex>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -33,6 +34,9 @@ protected:
     MainWindow &window() const { return *m_window; }
     DXQueryTab &tab() const;
     QTreeView &tree() const;
+    /// The row of the tree that names lead to from the top, unfolding each; invalid while there is
+    /// none.
+    QModelIndex find(const QStringList &names) const;
 
     /// Puts text into the tab's editor and runs all of it; false when that does not end.
     bool run(const QString &text) const;

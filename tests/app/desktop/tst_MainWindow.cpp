@@ -42,23 +42,6 @@ protected:
         open().openArguments({uri(PostgresCluster::shared())});
         EXPECT_TRUE(DXWait::until([this] { return window().documents().current() != nullptr; }));
     }
-    // Follows names from the top, unfolding each.
-    QModelIndex find(const QStringList &names) const
-    {
-        QModelIndex index;
-        for (const QString &name : names) {
-            const QAbstractItemModel &model = *tree().model();
-            int row = 0;
-            while (row < model.rowCount(index)
-                   && !model.index(row, 0, index).data().toString().contains(name))
-                ++row;
-            if (row == model.rowCount(index))
-                return {};
-            index = model.index(row, 0, index);
-            tree().expand(index);
-        }
-        return index;
-    }
     bool hasJournal() const { return window().findChild<DocumentJournal *>()->isOpen(); }
     QString write(const QTemporaryDir &folder, const char *name, const QByteArray &content) const
     {
