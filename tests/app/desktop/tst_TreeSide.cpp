@@ -41,25 +41,9 @@ protected:
     {
         QModelIndex index;
         EXPECT_TRUE(DXWait::until([&] {
-            index = findNow(names);
+            index = DesktopTest::find(names);
             return index.isValid();
         })) << qPrintable(names.join(u'/'));
-        return index;
-    }
-    QModelIndex findNow(const QStringList &names) const
-    {
-        QModelIndex index;
-        for (const QString &name : names) {
-            const QAbstractItemModel &model = *tree().model();
-            int row = 0;
-            while (row < model.rowCount(index)
-                   && !model.index(row, 0, index).data().toString().contains(name))
-                ++row;
-            if (row == model.rowCount(index))
-                return {};
-            index = model.index(row, 0, index);
-            tree().expand(index);
-        }
         return index;
     }
     void search(const QString &text) const
