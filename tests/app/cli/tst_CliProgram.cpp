@@ -165,7 +165,9 @@ TEST_F(CliProgramTest, MarksWhatFailedAndUndoesTheBatch)
     EXPECT_EQ(run.output(), "Command completed successfully.\n");
     EXPECT_EQ(run.errors(), "ERROR:  column \"nope\" does not exist\n"
                             "Line 3: SELECT '漢',    nope\n"
-                            "                        ^^^^\n");
+                            "                        ^^^^\n"
+                            "Nothing of this run was kept: the server ran it as one "
+                            "transaction, and rolled that back.\n");
     EXPECT_EQ(cluster().psql(u"SELECT to_regclass('undone') IS NULL"_qs).trimmed(), u"t"_qs);
 }
 
