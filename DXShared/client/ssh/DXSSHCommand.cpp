@@ -94,7 +94,10 @@ QList<QByteArray> environmentFor(const DXSSHCommand::Request &request)
         const QByteArrayView text(*entry);
         const bool isUnusableShell =
             text.startsWith("SHELL=") && !runsCommands(text.sliced(6).toByteArray());
-        if (!text.startsWith("SSH_ASKPASS") && !isUnusableShell)
+        // What the user gave for the database is nothing for ssh, and for what its
+        // configuration may start.
+        const bool isSecret = text.startsWith("PGPASSWORD=");
+        if (!text.startsWith("SSH_ASKPASS") && !isUnusableShell && !isSecret)
             environment += text.toByteArray();
     }
     if (!request.askpassProgram.isEmpty()) {

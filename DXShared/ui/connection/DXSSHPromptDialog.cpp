@@ -47,7 +47,9 @@ DXSSHPromptDialog::Kind DXSSHPromptDialog::kindOf(const QByteArray &hint, const 
         return Kind::Permission;
     if (hint == "none")
         return Kind::Notice;
-    return text.contains(QLatin1String("(yes/no")) ? Kind::HostKey : Kind::Secret;
+    // What a server asks comes after "(user@host) ", and is not ssh's own question.
+    const bool isServers = text.startsWith(u'(');
+    return text.contains(QLatin1String("(yes/no")) && !isServers ? Kind::HostKey : Kind::Secret;
 }
 
 DXSSHPromptDialog::DXSSHPromptDialog(const QByteArray &hint, const QString &text, Attempt attempt,
