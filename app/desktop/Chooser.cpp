@@ -5,6 +5,7 @@
 #include "ui/DXTheme.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
@@ -75,6 +76,7 @@ qsizetype distance(const QString &text, const QStringList &words)
 Chooser *Chooser::open(QWidget &window, const QString &prompt, const Source &source)
 {
     auto *const chooser = new Chooser(window, prompt, source);
+    chooser->m_before = QApplication::focusWidget();
     chooser->QFrame::show();
     chooser->raise();
     chooser->m_field->setFocus();
@@ -199,9 +201,18 @@ void Chooser::choose()
 {
     const int row = m_list->currentRow();
     const auto chosen = row >= 0 ? m_choices[row].chosen : nullptr;
-    close();
+    leave();
     if (chosen)
         chosen();
+}
+
+// The command chosen is for what had the focus.
+void Chooser::leave()
+{
+    const QPointer<QWidget> before = m_before;
+    close();
+    if (before)
+        before->setFocus(Qt::PopupFocusReason);
 }
 
 bool Chooser::eventFilter(QObject *watched, QEvent *event)
@@ -211,7 +222,7 @@ bool Chooser::eventFilter(QObject *watched, QEvent *event)
     } else if (event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride) {
         const int key = static_cast<QKeyEvent *>(event)->key();
         const QHash<int, std::function<void()>> commands{
-            {Qt::Key_Escape, [this] { close(); }},
+            {Qt::Key_Escape, [this] { leave(); }},
             {Qt::Key_Return, [this] { choose(); }},
             {Qt::Key_Enter, [this] { choose(); }},
             {Qt::Key_Down, [this] { move(1); }},

@@ -5,6 +5,7 @@
 #include <QFrame>
 #include <QIcon>
 #include <QList>
+#include <QPointer>
 #include <QString>
 #include <QTimer>
 
@@ -55,9 +56,11 @@ private:
     void search(Current current);
     void show(const QList<Choice> &choices, Current current);
     void choose();
+    void leave();
     void move(int rows);
 
     const Source m_source;
+    QPointer<QWidget> m_before;
     QLineEdit *const m_field;
     QListWidget *const m_list;
     QList<Choice> m_choices;

@@ -224,9 +224,14 @@ void DXSQLEditor::setSelectedRange(const DXTextRange &range)
     SendScintilla(SCI_SETSEL, begin, end);
 }
 
+bool DXSQLEditor::hasSelection() const
+{
+    return SendScintilla(SCI_GETSELECTIONEMPTY) == 0;
+}
+
 QString DXSQLEditor::selectedSql() const
 {
-    return hasSelectedText() ? selectedText() : QString();
+    return hasSelection() ? selectedText() : QString();
 }
 
 DXSQLEditor::Surroundings DXSQLEditor::surroundings() const
@@ -272,7 +277,7 @@ std::optional<DXQueryDetails> DXSQLEditor::statementAtCaret() const
 
 QList<DXQueryDetails> DXSQLEditor::statements() const
 {
-    if (!hasSelectedText())
+    if (!hasSelection())
         return m_splitter.split(text());
     const DXTextRange selected = selectedRange();
     QList<DXQueryDetails> statements = m_splitter.split(selectedSql());
@@ -319,7 +324,7 @@ void DXSQLEditor::toggleComment()
     int toIndex = 0;
     getCursorPosition(&fromLine, &fromIndex);
     toLine = fromLine;
-    const bool hadSelection = hasSelectedText();
+    const bool hadSelection = hasSelection();
     if (hadSelection)
         getSelection(&fromLine, &fromIndex, &toLine, &toIndex);
     // A selection that ends before a line's first character does not mean that line.

@@ -51,6 +51,8 @@ public:
 
     qsizetype caretPosition() const;
     void setCaretPosition(qsizetype position);
+    /// QsciScintilla's hasSelectedText() stays true after the selection was typed over.
+    bool hasSelection() const;
     /// Null when nothing is selected.
     QString selectedSql() const;
     DXTextRange selectedRange() const;

@@ -59,7 +59,7 @@ bool DXSQLTyping::isAutoClosed(long byte) const
 bool DXSQLTyping::takesKey(const QKeyEvent &event)
 {
     const long caret = m_editor.SendScintilla(Base::SCI_GETCURRENTPOS);
-    if (m_editor.SendScintilla(Base::SCI_GETSELECTIONS) != 1 || m_editor.hasSelectedText()
+    if (m_editor.SendScintilla(Base::SCI_GETSELECTIONS) != 1 || m_editor.hasSelection()
         || !isAutoClosed(caret))
         return false;
     const char closing = byteAt(caret);
