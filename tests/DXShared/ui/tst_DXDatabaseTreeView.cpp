@@ -250,8 +250,9 @@ TEST_F(DXDatabaseTreeViewTest, tellsOfAFailedRefreshUntilOneWorks)
     const auto menu = view.createMenu(*root);
     const auto actions = menu->actions();
     EXPECT_EQ(actions.at(actions.size() - 2)->text(), u"Copy error"_qs);
-    const auto told = [this] { return view.failures().headlines().join(u'\n'); };
-    EXPECT_TRUE(DXWait::until([&] { return told().contains(u"\"shop\""); })) << qPrintable(told());
+    const auto lists = [this] { return view.failures().headlines().join(u'\n'); };
+    EXPECT_TRUE(DXWait::until([&] { return lists().contains(u"\"shop\""); }))
+        << qPrintable(lists());
 
     root->nextError = {};
     Widgets::click<QPushButton>(&view, u"Try again"_qs);

@@ -148,7 +148,7 @@ TEST_F(OpenConnection, outlivesItsTunnel)
     EXPECT_TRUE(becomes({u"Tea"_qs, u"postgres"_qs, u"Tables"_qs, u"goods"_qs}));
 
     ASSERT_TRUE(run(u"SELECT 3"_qs));
-    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+    ASSERT_TRUE(start(*s_cluster, u"SELECT pg_sleep(600)"_qs));
     cut();
     ASSERT_TRUE(becomesIdle());
     EXPECT_EQ(messages().count(u"The SSH tunnel through bastion broke"), 1);

@@ -82,7 +82,7 @@ TEST_F(TreeSideTest, tellsOfARefreshThatFailed)
     EXPECT_TRUE(DXWait::until([&] { return !failures.isEmpty(); }));
     EXPECT_TRUE(failures.headlines().constFirst().contains(own.socketFolder()))
         << qPrintable(failures.headlines().constFirst());
-    EXPECT_TRUE(findNow({own.socketFolder(), u"postgres"_qs}).isValid());
+    EXPECT_TRUE(DesktopTest::find({own.socketFolder(), u"postgres"_qs}).isValid());
 }
 
 TEST_F(TreeSideTest, disconnectsTabsAndTreeOnceThatIsAgreed)
@@ -99,7 +99,7 @@ TEST_F(TreeSideTest, disconnectsTabsAndTreeOnceThatIsAgreed)
     ASSERT_TRUE(run(u"BEGIN; DROP TABLE shop.browsed"_qs));
     DXQueryTab &inTransaction = tab();
     press(Qt::Key_T, Qt::ControlModifier);
-    ASSERT_TRUE(start(u"SELECT pg_sleep(600)"_qs));
+    ASSERT_TRUE(start(PostgresCluster::shared(), u"SELECT pg_sleep(600)"_qs));
 
     disconnect();
     auto *question = Widgets::opened<QMessageBox>();
