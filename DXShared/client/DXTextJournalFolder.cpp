@@ -45,11 +45,16 @@ QByteArray encode(const DXTextRecord &record)
                      {u"title"_qs, record.title},
                      {u"caret"_qs, qint64(record.caret)},
                      {u"isModified"_qs, record.isModified},
+                     {u"commitsManually"_qs, record.commitsManually},
                      {u"order"_qs, record.order}};
     if (!record.filePath.isNull())
         head.insert(u"filePath"_qs, record.filePath);
+    if (!record.fileDigest.isNull())
+        head.insert(u"fileDigest"_qs, QString::fromLatin1(record.fileDigest.toHex()));
     if (!record.connectionId.isNull())
         head.insert(u"connectionId"_qs, record.connectionId);
+    if (!record.database.isNull())
+        head.insert(u"database"_qs, record.database);
     return QJsonDocument(head).toJson(QJsonDocument::Compact) + '\n' + record.text.toUtf8();
 }
 
@@ -67,9 +72,13 @@ std::optional<DXTextRecord> decode(const QByteArray &bytes)
                         .title = head.value(u"title").toString(),
                         .filePath = optional(u"filePath"),
                         .connectionId = optional(u"connectionId"),
+                        .database = optional(u"database"),
+                        .commitsManually = head.value(u"commitsManually").toBool(),
                         .text = QString::fromUtf8(bytes.sliced(end + 1)),
                         .caret = static_cast<qsizetype>(head.value(u"caret").toInteger()),
                         .isModified = head.value(u"isModified").toBool(),
+                        .fileDigest =
+                            QByteArray::fromHex(head.value(u"fileDigest").toString().toLatin1()),
                         .order = head.value(u"order").toInt()};
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 /// An editor's text as a journal keeps it.
@@ -14,10 +15,16 @@ struct DXTextRecord
     QString filePath = {};
     /// The saved connection of the editor; null for none.
     QString connectionId = {};
+    /// The database in use there; null for the connection's own.
+    QString database = {};
+    /// Whether each statement there waits for a commit.
+    bool commitsManually = false;
     QString text = {};
     qsizetype caret = 0;
     /// Whether the text differs from the file.
     bool isModified = false;
+    /// A digest of what the file held when it was last read or written here.
+    QByteArray fileDigest = {};
     /// Where the editor stands among the others; records come back in this order.
     qint32 order = 0;
 

@@ -75,6 +75,8 @@ void DXDatabaseTreeContextHelper::exportTableAsCSV(const DXDatabaseTreeEntry &en
     m_controller.delegate().exportTableAsCSV(tablePath, entry.databaseConnectionDetails());
 }
 
+void DXDatabaseTreeContextHelper::newStoredProcedure() { }
+
 void DXDatabaseTreeContextHelper::beep()
 {
     m_controller.delegate().beep();

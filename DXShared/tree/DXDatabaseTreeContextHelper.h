@@ -34,6 +34,9 @@ public:
     void importInto(const DXDatabaseTreeEntry &entry);
     /// tablePath is quoted already.
     void exportTableAsCSV(const DXDatabaseTreeEntry &entry, const QString &tablePath);
+    /// Opens a query tab with the template of a stored procedure, on the connection of the selected
+    /// node; nothing when none is selected, or the driver knows no procedures.
+    virtual void newStoredProcedure();
     void beep();
 
 private:

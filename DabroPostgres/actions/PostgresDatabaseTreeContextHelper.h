@@ -21,9 +21,7 @@ public:
 
     bool isCapableOf(Capability capability, const Entry &entry) const override;
 
-    /// Opens a query tab with the template of a procedure, on the connection of the selected node;
-    /// nothing when none is selected.
-    void newStoredProcedure();
+    void newStoredProcedure() override;
     /// Opens a query tab with query.
     void addNewTable(const Entry &entry, const QString &query) override;
     /// Opens the designer for a table; nothing for other nodes.

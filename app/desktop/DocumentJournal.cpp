@@ -25,7 +25,7 @@ DocumentJournal::DocumentJournal(Documents &documents, QObject *parent)
     : QObject(parent)
     , m_documents(documents)
 {
-    connect(&documents, &Documents::textChanged, this, &DocumentJournal::keep);
+    connect(&documents, &Documents::recordChanged, this, &DocumentJournal::keep);
     connect(&documents, &Documents::removed, this, &DocumentJournal::forget);
 }
 
@@ -60,7 +60,7 @@ void DocumentJournal::opened(std::unique_ptr<DXTextJournal> journal)
     DXQueryTab *const current = m_documents.current();
     for (const DXTextRecord &record : m_journal->records()) {
         if (DXQueryTab *const tab = m_documents.add(record))
-            Q_EMIT restored(tab, record.connectionId);
+            Q_EMIT restored(tab, record);
     }
     if (current)
         m_documents.setCurrentWidget(current);

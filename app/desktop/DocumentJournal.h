@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "client/DXTextRecord.h"
 #include "core/DXError.h"
 
 #include <QObject>
@@ -32,8 +33,8 @@ public:
     bool flush(DXError *error);
 
 Q_SIGNALS:
-    /// A tab came back whose connection has this identity; it has none yet.
-    void restored(DXQueryTab *tab, const QString &connectionId);
+    /// A tab came back, without a connection yet; record tells which it had.
+    void restored(DXQueryTab *tab, const DXTextRecord &record);
     /// What cannot be kept or had back, for the user; about names the trouble.
     void failed(const QString &about, const QString &headline, const QString &details);
     /// The trouble is over.

@@ -5,35 +5,32 @@
 #include "client/DabroDBC.h"
 #include "desktop/TextFile.h"
 #include "dispatch/DXDispatch.h"
-#include "ui/DXFailureList.h"
 #include "ui/DXIcon.h"
+#include "ui/DXToolTip.h"
 #include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXQuerySession.h"
 #include "ui/query/DXQueryTab.h"
 
+#include <QCryptographicHash>
 #include <QEvent>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
-#include <QSettings>
 #include <QTabBar>
-#include <QTimer>
 #include <QToolButton>
 #include <QUuid>
-
-#include <chrono>
 
 namespace
 {
 
 constexpr int mostClosed = 20;
-constexpr int mostRecent = 10;
-const QLatin1String recentKey("recentFiles");
-// What a tab's failures say about its file.
-const QLatin1String fileKey("file");
-constexpr std::chrono::milliseconds settles{200};
+
+QByteArray digest(const QByteArray &content)
+{
+    return QCryptographicHash::hash(content, QCryptographicHash::Sha256);
+}
+
 } // namespace
 
 Documents::Documents(QWidget *parent)
@@ -45,6 +42,10 @@ Documents::Documents(QWidget *parent)
     setAccessibleName(tr("Queries"));
     connect(this, &QTabWidget::currentChanged, this,
             [this] { Q_EMIT currentTabChanged(current()); });
+    connect(tabBar(), &QTabBar::tabMoved, this, [this](int from, int to) {
+        for (const int index : {from, to})
+            Q_EMIT recordChanged(qobject_cast<DXQueryTab *>(widget(index)));
+    });
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &Documents::fileChanged);
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &Documents::watchAgain);
 }
@@ -69,17 +70,29 @@ DXQueryTab *Documents::add(const std::shared_ptr<DabroDBC> &details, const QStri
 
 DXQueryTab *Documents::add(const DXTextRecord &record)
 {
-    Document document{.id = record.id, .title = record.title, .path = record.filePath};
-    // What was in the file then may no longer be; the text is compared with what is there now.
-    if (!record.filePath.isNull())
-        document.content = TextFile::read(record.filePath).bytes;
+    Document document{.id = record.id,
+                      .title = record.title,
+                      .path = record.filePath,
+                      .connectionId = record.connectionId,
+                      .database = record.database,
+                      .commitsManually = record.commitsManually};
+    if (!record.filePath.isNull() && record.isModified) {
+        const TextFile file = TextFile::read(record.filePath);
+        if (digest(file.bytes) == record.fileDigest)
+            document.content = file.bytes;
+    } else if (!record.filePath.isNull()) {
+        document.content = record.text.toUtf8();
+    }
     ++m_lastNumber;
     DXQueryTab *const tab = insert(document, nullptr, record.text);
     if (!tab)
         return nullptr;
     tab->editor().setCaretPosition(record.caret);
-    if (!record.filePath.isNull())
+    // Another program may have changed it meanwhile.
+    if (!record.filePath.isNull()) {
         m_watcher.addPath(record.filePath);
+        compareWithFile(*tab);
+    }
     return tab;
 }
 
@@ -89,10 +102,13 @@ DXTextRecord Documents::record(const DXQueryTab &tab) const
     return {.id = document.id,
             .title = document.title,
             .filePath = document.path,
-            .connectionId = tab.details()->connectionId(),
+            .connectionId = document.connectionId,
+            .database = document.database,
+            .commitsManually = document.commitsManually,
             .text = tab.editor().text(),
             .caret = tab.editor().caretPosition(),
             .isModified = tab.editor().isModified(),
+            .fileDigest = document.path.isNull() ? QByteArray() : digest(document.content),
             .order = indexOf(&tab)};
 }
 
@@ -106,12 +122,15 @@ DXQueryTab *Documents::insert(const Document &document, const std::shared_ptr<Da
     Document &kept = *m_documents.insert(tab, document);
     if (kept.id.isNull())
         kept.id = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    tab->session().setCommitsManually(document.commitsManually);
     tab->editor().setText(text);
     tab->editor().setModified(document.path.isNull() ? false : text.toUtf8() != document.content);
     connect(&tab->editor(), &QsciScintilla::modificationChanged, this,
             [this, tab] { updateTitle(*tab); });
     connect(&tab->editor(), &QsciScintilla::textChanged, this,
-            [this, tab] { Q_EMIT textChanged(tab); });
+            [this, tab] { Q_EMIT recordChanged(tab); });
+    connect(tab, &DXQueryTab::statusChanged, this, [this, tab] { checkTarget(tab); });
+    checkTarget(tab);
     Q_EMIT added(tab);
     const int index = addTab(tab, QString());
     tabBar()->setTabButton(index, QTabBar::RightSide, createCloseButton(tab));
@@ -119,8 +138,27 @@ DXQueryTab *Documents::insert(const Document &document, const std::shared_ptr<Da
     updateTitle(*tab);
     tab->editor().setFocus();
     if (!text.isEmpty())
-        Q_EMIT textChanged(tab);
+        Q_EMIT recordChanged(tab);
     return tab;
+}
+
+void Documents::checkTarget(DXQueryTab *tab)
+{
+    Document &document = m_documents[tab];
+    const Document before = document;
+    // One that came back may have its connection later.
+    if (tab->hasConnection()) {
+        document.connectionId = tab->details()->connectionId();
+        document.database = tab->details()->database();
+    }
+    document.commitsManually = tab->session().commitsManually();
+    document.hasConnected = !tab->session().serverVersion().isNull();
+    if (document.hasConnected && !before.hasConnected)
+        Q_EMIT connected(tab);
+    // The status changes many times a second while a statement runs.
+    if (document.connectionId != before.connectionId || document.database != before.database
+        || document.commitsManually != before.commitsManually)
+        Q_EMIT recordChanged(tab);
 }
 
 QToolButton *Documents::createCloseButton(DXQueryTab *tab)
@@ -156,30 +194,38 @@ void Documents::updateTitle(DXQueryTab &tab)
         tab.editor().isModified() && !document.path.isNull() ? QStringLiteral(" ●") : QString();
     // An ampersand would make a mnemonic of what follows it.
     setTabText(indexOf(&tab), QString(document.title).replace(u'&', QStringLiteral("&&")) + mark);
-    setTabToolTip(indexOf(&tab), document.path);
+    setTabToolTip(indexOf(&tab), DXToolTip::plain(document.path));
     Q_EMIT titleChanged();
 }
 
 void Documents::requestClose(DXQueryTab *tab)
 {
+    if (tab && tab->session().isInTransaction())
+        ask(*tab, tr("A transaction is open in \"%1\". Closing the tab rolls it back."),
+            {{tr("Roll back and close"), [this, tab = QPointer(tab)] {
+                  DXDispatch::main([this, tab] { closeUnlessUnsaved(tab); });
+              }}});
+    else
+        closeUnlessUnsaved(tab);
+}
+
+void Documents::closeUnlessUnsaved(DXQueryTab *tab)
+{
+    if (!tab || !tab->editor().isModified() || m_documents[tab].path.isNull()) {
+        close(tab);
+        return;
+    }
     const auto closeLater = [this, tab = QPointer(tab)] {
         // Not from within the question, which the tab takes with it.
         DXDispatch::main([this, tab] { close(tab); });
     };
-    if (tab && tab->session().isInTransaction()) {
-        ask(*tab, tr("A transaction is open in \"%1\". Closing the tab rolls it back."),
-            {{tr("Roll back and close"), closeLater}});
-    } else if (tab && tab->editor().isModified() && !m_documents[tab].path.isNull()) {
-        const auto saveAndClose = [this, tab, closeLater] {
-            save(*tab);
-            if (!tab->editor().isModified())
-                closeLater();
-        };
-        ask(*tab, tr("What was changed in \"%1\" is not in its file yet."),
-            {{tr("Discard"), closeLater}, {tr("Save"), saveAndClose}});
-    } else {
-        close(tab);
-    }
+    const auto saveAndClose = [this, tab, closeLater] {
+        save(*tab);
+        if (!tab->editor().isModified())
+            closeLater();
+    };
+    ask(*tab, tr("What was changed in \"%1\" is not in its file yet."),
+        {{tr("Discard"), closeLater}, {tr("Save"), saveAndClose}});
 }
 
 void Documents::ask(DXQueryTab &tab, const QString &text, const QList<Answer> &answers)
@@ -217,9 +263,16 @@ void Documents::reopen()
     if (m_closed.isEmpty())
         return;
     const Closed closed = m_closed.takeLast();
-    insert(closed.document, closed.details, closed.text);
-    if (!closed.document.path.isNull())
-        m_watcher.addPath(closed.document.path);
+    const QString path = closed.document.path;
+    if (DXQueryTab *const open = path.isNull() ? nullptr : tabOf(path)) {
+        setCurrentWidget(open);
+        return;
+    }
+    DXQueryTab *const tab = insert(closed.document, closed.details, closed.text);
+    if (!path.isNull()) {
+        m_watcher.addPath(path);
+        compareWithFile(*tab);
+    }
 }
 
 void Documents::step(int tabs)
@@ -236,133 +289,4 @@ QString Documents::title(const DXQueryTab &tab) const
 QString Documents::path(const DXQueryTab &tab) const
 {
     return m_documents.value(&tab).path;
-}
-
-void Documents::openFile(const QString &path, const std::shared_ptr<DabroDBC> &details)
-{
-    const QString absolute = QFileInfo(path).absoluteFilePath();
-    for (DXQueryTab *const tab : all()) {
-        if (m_documents[tab].path == absolute) {
-            setCurrentWidget(tab);
-            return;
-        }
-    }
-    const TextFile content = TextFile::read(absolute);
-    if (!content.failure.isNull()) {
-        Q_EMIT failed(absolute, tr("Could not open %1: %2.").arg(path, content.failure), {});
-        return;
-    }
-    insert({.title = QFileInfo(absolute).fileName(), .path = absolute, .content = content.bytes},
-           details, content.text);
-    m_watcher.addPath(absolute);
-    remember(absolute);
-}
-
-bool Documents::save(DXQueryTab &tab)
-{
-    const QString path = m_documents[&tab].path;
-    if (!path.isNull())
-        saveAs(tab, path);
-    return !path.isNull();
-}
-
-void Documents::saveAs(DXQueryTab &tab, const QString &path)
-{
-    const QString absolute = QFileInfo(path).absoluteFilePath();
-    const QByteArray bytes = tab.editor().text().toUtf8();
-    Document &document = m_documents[&tab];
-    if (!document.path.isNull())
-        m_watcher.removePath(document.path);
-    const QString failure = TextFile::write(absolute, bytes);
-    if (failure.isNull()) {
-        document = {document.id, QFileInfo(absolute).fileName(), absolute, bytes};
-        tab.editor().setModified(false);
-        tab.failures().settle(fileKey);
-        updateTitle(tab);
-        remember(absolute);
-    } else {
-        tab.failures().showFailure(
-            fileKey, tr("Could not save %1: %2. The text is still in its tab; save it elsewhere.")
-                         .arg(absolute, failure));
-    }
-    if (!document.path.isNull())
-        m_watcher.addPath(document.path);
-}
-
-void Documents::fileChanged(const QString &path)
-{
-    // Programs that replace a file let it be gone for a moment, and end its watch.
-    QTimer::singleShot(settles, this, [this, path] {
-        for (DXQueryTab *const tab : all()) {
-            if (m_documents[tab].path == path)
-                compareWithFile(*tab);
-        }
-        watchAgain();
-    });
-}
-
-// Files that were gone, or whose watch ended, are looked at again.
-void Documents::watchAgain()
-{
-    for (DXQueryTab *const tab : all()) {
-        const QString path = m_documents[tab].path;
-        if (!path.isNull() && !m_watcher.files().contains(path) && m_watcher.addPath(path))
-            compareWithFile(*tab);
-    }
-}
-
-// Another program's changes are taken over where nothing is lost by it.
-void Documents::compareWithFile(DXQueryTab &tab)
-{
-    Document &document = m_documents[&tab];
-    const TextFile content = TextFile::read(document.path);
-    if (!content.failure.isNull()) {
-        tab.editor().setModified(true);
-        tab.failures().showNote(fileKey,
-                                tr("%1 cannot be read any more: %2. The text is still in its tab, "
-                                   "and saving it writes the file anew.")
-                                    .arg(document.path, content.failure));
-        return;
-    }
-    tab.failures().settle(fileKey);
-    if (content.bytes == document.content)
-        return;
-    document.content = content.bytes;
-    if (!tab.editor().isModified()) {
-        tab.editor().setText(content.text);
-        tab.editor().setModified(false);
-        return;
-    }
-    tab.failures().showNote(fileKey,
-                            tr("%1 was changed by another program. Saving replaces that; save "
-                               "under another name to keep both.")
-                                .arg(document.path),
-                            {{tr("Load the file"), [this, &tab] { takeFromFile(tab); }}});
-}
-
-void Documents::takeFromFile(DXQueryTab &tab)
-{
-    const TextFile content = TextFile::read(m_documents[&tab].path);
-    if (!content.failure.isNull()) {
-        compareWithFile(tab);
-        return;
-    }
-    m_documents[&tab].content = content.bytes;
-    // As an edit, so that what was typed is an undo away.
-    tab.editor().selectAll();
-    tab.editor().insertText(content.text);
-    tab.editor().setModified(false);
-}
-
-QStringList Documents::recentFiles()
-{
-    return QSettings().value(recentKey).toStringList();
-}
-
-void Documents::remember(const QString &path)
-{
-    QStringList files = recentFiles();
-    files.removeAll(path);
-    files.prepend(path);
-    QSettings().setValue(recentKey, files.mid(0, mostRecent));
 }

@@ -63,8 +63,11 @@ Q_SIGNALS:
     void added(DXQueryTab *tab);
     /// A tab is about to be destroyed.
     void removed(DXQueryTab *tab);
-    void textChanged(DXQueryTab *tab);
+    /// What record() gives for the tab is another, save for its caret.
+    void recordChanged(DXQueryTab *tab);
     void titleChanged();
+    /// A tab reached its server, which it had not spoken to yet.
+    void connected(DXQueryTab *tab);
     /// What could not be opened, for the user; about names it.
     void failed(const QString &about, const QString &headline, const QString &details);
 
@@ -80,6 +83,12 @@ private:
         QString path = {};
         // What the file held when it was last read or written here.
         QByteArray content = {};
+        bool hasByteOrderMark = false;
+        // Where its statements go, and went when it was kept last.
+        QString connectionId = {};
+        QString database = {};
+        bool commitsManually = false;
+        bool hasConnected = false;
     };
     struct Answer
     {
@@ -96,9 +105,12 @@ private:
     DXQueryTab *insert(const Document &document, const std::shared_ptr<DabroDBC> &details,
                        const QString &text);
     QToolButton *createCloseButton(DXQueryTab *tab);
+    void closeUnlessUnsaved(DXQueryTab *tab);
     void ask(DXQueryTab &tab, const QString &text, const QList<Answer> &answers);
     void updateTitle(DXQueryTab &tab);
+    DXQueryTab *tabOf(const QString &path) const;
     void fileChanged(const QString &path);
+    void checkTarget(DXQueryTab *tab);
     void compareWithFile(DXQueryTab &tab);
     void takeFromFile(DXQueryTab &tab);
     void watchAgain();

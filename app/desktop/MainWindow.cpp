@@ -4,6 +4,7 @@
 
 #include "client/DabroDBC.h"
 #include "client/SQLRecentConnection.h"
+#include "desktop/AboutBox.h"
 #include "desktop/Appearance.h"
 #include "desktop/ConnectionDialogs.h"
 #include "desktop/Connections.h"
@@ -19,6 +20,7 @@
 #include "desktop/StatusLine.h"
 #include "desktop/TargetChooser.h"
 #include "desktop/TreeCommands.h"
+#include "desktop/TreeKeys.h"
 #include "desktop/WelcomePage.h"
 #include "desktop/Workspace.h"
 #include "dispatch/DXDispatch.h"
@@ -32,9 +34,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QLineEdit>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPointer>
 #include <QSettings>
 #include <QSplitter>
@@ -124,10 +124,12 @@ void MainWindow::createMenus()
     fillEditMenu(*edit);
     m_actions.fill(*menuBar()->addMenu(tr("&Query")), {{Id::RunStatement, Id::RunAll, Id::Cancel},
                                                        {Id::Commit, Id::RollBack, Id::ManualCommit},
+                                                       {Id::NewStoredProcedure},
                                                        {Id::NextResult, Id::PreviousResult},
                                                        {Id::CopyAs, Id::SaveCsv}});
     QMenu *const view = menuBar()->addMenu(tr("&View"));
-    m_actions.fill(*view, {{Id::CommandPalette, Id::GoToObject, Id::SearchTree, Id::GoToFailure},
+    m_actions.fill(*view, {{Id::CommandPalette, Id::GoToObject, Id::SearchTree, Id::GoToEditor,
+                            Id::GoToFailure},
                            {Id::Sidebar, Id::Refresh},
                            {Id::NextTab, Id::PreviousTab}});
     view->addSeparator();
@@ -198,6 +200,8 @@ void MainWindow::connectActions()
     connect(m_connections, &Connections::changed, this, &MainWindow::updateCentre);
     connect(m_target, &TargetChooser::newConnectionRequested, m_dialogs,
             &ConnectionDialogs::create);
+    connect(m_target, &TargetChooser::connectionRequested, m_dialogs,
+            &ConnectionDialogs::connectTo);
     connect(m_target, &TargetChooser::changed, this, &MainWindow::updateCentre);
     connect(m_target, &TargetChooser::refused, m_status, &StatusLine::announce);
     connect(m_welcome, &WelcomePage::newConnectionRequested, m_dialogs, &ConnectionDialogs::create);
@@ -232,6 +236,11 @@ void MainWindow::connectDocuments()
     connect(m_files, &FileCommands::openRequested, m_openRequests, &OpenRequests::open);
     connect(m_openRequests, &OpenRequests::connectionRequested, this, &MainWindow::openConnection);
     connect(m_openRequests, &OpenRequests::dialogRequested, m_dialogs, &ConnectionDialogs::create);
+    // A tab that came back with its text connects when something is run.
+    connect(m_documents, &Documents::connected, this, [this](const DXQueryTab *tab) {
+        if (!m_connections->find(*tab->details()))
+            m_connections->open(tab->details()->copy(), *m_tree);
+    });
     connect(m_documents, &Documents::titleChanged, this, &MainWindow::updateCentre);
     const auto showFailure = [this](const QString &about, const QString &headline,
                                     const QString &details) {
@@ -246,14 +255,7 @@ void MainWindow::connectDocuments()
 void MainWindow::connectView()
 {
     m_actions.connectToggle(Id::Sidebar, [this](bool isOn) { m_sidebar->setVisible(isOn); });
-    m_actions.connect(Id::SearchTree, [this] {
-        m_actions[Id::Sidebar]->setChecked(true);
-        m_tree->findChild<QLineEdit *>()->setFocus(Qt::ShortcutFocusReason);
-    });
-    m_actions.connect(Id::Refresh, [this] {
-        if (const auto entry = m_tree->currentlySelectedDatabaseTreeEntry())
-            m_tree->doRefreshDatabaseTreeEntry(entry);
-    });
+    TreeKeys::connect(m_actions, *m_tree, *m_status);
     m_actions.connect(Id::GoToFailure, [this] {
         const DXQueryTab *const tab = m_documents->current();
         DXFailureList &others = failures().isEmpty() ? m_tree->failures() : failures();
@@ -262,16 +264,7 @@ void MainWindow::connectView()
     });
     m_actions.connect(Id::CommandPalette, [this] { showCommands(); });
     m_actions.connect(Id::GoToObject, [this] { showObjects(); });
-    m_actions.connect(Id::About, [this] {
-        QMessageBox *const about = new QMessageBox(
-            QMessageBox::NoIcon, QApplication::applicationDisplayName(),
-            tr("%1 %2\n\nA client for PostgreSQL. Free software under the GPL, version 3 or later.")
-                .arg(QApplication::applicationDisplayName(), QApplication::applicationVersion()),
-            QMessageBox::Close, this);
-        about->setTextFormat(Qt::PlainText);
-        about->setAttribute(Qt::WA_DeleteOnClose);
-        about->open();
-    });
+    m_actions.connect(Id::About, [this] { AboutBox::open(*this); });
 }
 
 void MainWindow::updateCentre()

@@ -60,6 +60,7 @@ void QueryCommands::connectEditing()
                 command(m_tab->editor());
         });
     };
+    onEditor(Id::GoToEditor, [](DXSQLEditor &editor) { editor.setFocus(Qt::ShortcutFocusReason); });
     onEditor(Id::Undo, [](DXSQLEditor &editor) { editor.undo(); });
     onEditor(Id::Redo, [](DXSQLEditor &editor) { editor.redo(); });
 }
@@ -78,8 +79,10 @@ void QueryCommands::connectRunning()
     onTab(Id::Commit, [](DXQueryTab &tab) { tab.session().commit(); });
     onTab(Id::RollBack, [](DXQueryTab &tab) { tab.session().rollback(); });
     m_actions.connectToggle(Id::ManualCommit, [this](bool isOn) {
-        if (m_tab)
+        if (m_tab) {
             m_tab->session().setCommitsManually(isOn);
+            Q_EMIT m_tab->statusChanged();
+        }
     });
 }
 
@@ -110,7 +113,8 @@ void QueryCommands::update()
     const bool isThere = m_tab != nullptr;
     const bool isBusy = isThere && m_tab->session().isBusy();
     const bool isOpen = isThere && m_tab->session().isInTransaction();
-    for (const Id id : {Id::Undo, Id::Redo, Id::Save, Id::SaveAs, Id::CloseTab, Id::ManualCommit})
+    for (const Id id :
+         {Id::Undo, Id::Redo, Id::Save, Id::SaveAs, Id::CloseTab, Id::ManualCommit, Id::GoToEditor})
         m_actions[id]->setEnabled(isThere);
     m_actions[Id::RunStatement]->setEnabled(isThere && !isBusy);
     m_actions[Id::RunAll]->setEnabled(isThere && !isBusy);

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "desktop/RestoredTabs.h"
 
+#include "client/DXTextRecord.h"
+#include "client/DabroDBC.h"
 #include "client/SQLRecentConnectionList.h"
 #include "core/DXNotificationCenter.h"
 #include "desktop/Connections.h"
@@ -17,11 +19,11 @@ RestoredTabs::RestoredTabs(const Connections &connections, QObject *parent)
 
 RestoredTabs::~RestoredTabs() = default;
 
-void RestoredTabs::add(DXQueryTab *tab, const QString &connectionId)
+void RestoredTabs::add(DXQueryTab *tab, const DXTextRecord &record)
 {
-    if (connectionId.isEmpty())
+    if (record.connectionId.isEmpty())
         return;
-    m_waiting.append({tab, connectionId});
+    m_waiting.append({tab, record.connectionId, record.database});
     update();
 }
 
@@ -33,6 +35,8 @@ void RestoredTabs::update()
         if (!waiting.tab || waiting.tab->hasConnection())
             return true;
         const auto details = m_connections.savedDetails(waiting.connectionId);
+        if (details && !waiting.database.isNull())
+            details->setDatabase(waiting.database);
         return details && waiting.tab->setDetails(details, DXQueryTab::ReadNames::OnRun);
     });
     if (m_waiting.size() != before)

@@ -11,6 +11,7 @@
 
 class Connections;
 class DXQueryTab;
+struct DXTextRecord;
 
 /// Gives tabs that a journal brought back the connection that they had, as soon as the saved
 /// connections can be read. Nothing is connected by that. [main]
@@ -22,7 +23,7 @@ public:
     explicit RestoredTabs(const Connections &connections, QObject *parent = nullptr);
     ~RestoredTabs() override;
 
-    void add(DXQueryTab *tab, const QString &connectionId);
+    void add(DXQueryTab *tab, const DXTextRecord &record);
 
 Q_SIGNALS:
     /// A tab has its connection again.
@@ -33,6 +34,7 @@ private:
     {
         QPointer<DXQueryTab> tab;
         QString connectionId;
+        QString database;
     };
 
     void update();

@@ -70,15 +70,22 @@ void StatusLine::announce(const QString &text)
     showMessage(text, messageMilliseconds);
 }
 
+QString StatusLine::transactionText() const
+{
+    if (!m_tab)
+        return {};
+    const DXQuerySession &session = m_tab->session();
+    if (session.isInTransaction())
+        return tr("in transaction %1").arg(DXQueryTab::clockText(session.transactionAge()));
+    return session.commitsManually() ? tr("manual commit") : QString();
+}
+
 void StatusLine::update()
 {
     const bool isOpen = m_tab && m_tab->session().isInTransaction();
     m_server->setText(m_tab ? serverText(*m_tab, m_product) : QString());
     m_summary->setText(m_tab ? m_tab->summary() : QString());
-    m_transaction->setText(
-        isOpen
-            ? tr("in transaction %1").arg(DXQueryTab::clockText(m_tab->session().transactionAge()))
-            : QString());
+    m_transaction->setText(transactionText());
     QPalette colors = palette();
     colors.setColor(QPalette::WindowText, DXTheme::of(colors).warning);
     m_transaction->setPalette(colors);

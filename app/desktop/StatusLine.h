@@ -28,6 +28,7 @@ public:
 
 private:
     void update();
+    QString transactionText() const;
 
     QPointer<DXQueryTab> m_tab;
     QString m_product;

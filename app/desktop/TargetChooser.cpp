@@ -3,6 +3,8 @@
 #include "desktop/TargetChooser.h"
 
 #include "client/DabroDBC.h"
+#include "client/SQLRecentConnection.h"
+#include "client/SQLRecentConnectionList.h"
 #include "desktop/Connections.h"
 #include "tree/DatabaseTreeEntryServerRoot.h"
 #include "ui/DXToolTip.h"
@@ -84,8 +86,22 @@ void TargetChooser::fillConnections()
         connect(action, &QAction::triggered, this,
                 [this, details = connection.details] { use(details->copy()); });
     }
+    fillSaved(*menu.addMenu(tr("Saved connections")));
     menu.addSeparator();
     menu.addAction(tr("New connection…"), this, &TargetChooser::newConnectionRequested);
+}
+
+void TargetChooser::fillSaved(QMenu &menu)
+{
+    for (const SQLRecentConnectionList *const list : m_connections.savedConnections()) {
+        for (const auto &record : list->recentConnections()) {
+            const auto details = record->createDatabaseConnectionDetails();
+            if (!m_connections.find(*details))
+                connect(menu.addAction(plain(Connections::title(*details))), &QAction::triggered,
+                        this, [this, record] { Q_EMIT connectionRequested(record); });
+        }
+    }
+    menu.setEnabled(!menu.isEmpty());
 }
 
 void TargetChooser::fillDatabases()

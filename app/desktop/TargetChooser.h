@@ -10,7 +10,9 @@
 class Connections;
 class DXQueryTab;
 class DabroDBC;
+class QMenu;
 class QToolButton;
+class SQLRecentConnection;
 
 /// Which connection and which database a query tab talks to, for the toolbar. [main]
 class TargetChooser final : public QWidget
@@ -29,11 +31,14 @@ Q_SIGNALS:
     void changed();
     /// Why it does not, for the user.
     void refused(const QString &message);
+    /// A saved connection that is not open yet is to be opened.
+    void connectionRequested(const std::shared_ptr<SQLRecentConnection> &record);
 
 private:
     void update();
     void fillConnections();
     void fillDatabases();
+    void fillSaved(QMenu &menu);
     void use(const std::shared_ptr<DabroDBC> &details);
 
     const Connections &m_connections;

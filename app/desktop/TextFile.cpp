@@ -12,6 +12,7 @@
 namespace
 {
 
+const QByteArray byteOrderMark("\xef\xbb\xbf");
 // An editor holds a text several times over.
 constexpr qint64 largest = 256 * 1024 * 1024;
 
@@ -27,23 +28,28 @@ TextFile TextFile::read(const QString &path)
     QFile file(path);
     // A pipe would be waited for.
     if (file.exists() && !QFileInfo(path).isFile())
-        return {{}, {}, tr("it is not a regular file")};
+        return failed(tr("it is not a regular file"));
     if (file.size() > largest)
-        return {{}, {}, tr("it is larger than %1").arg(QLocale().formattedDataSize(largest))};
+        return failed(tr("it is larger than %1").arg(QLocale().formattedDataSize(largest)));
     if (!file.open(QFile::ReadOnly))
-        return {{}, {}, file.errorString()};
-    const QByteArray bytes = file.readAll();
+        return failed(file.errorString());
+    QByteArray bytes = file.readAll();
+    const bool hasMark = bytes.startsWith(byteOrderMark);
+    if (hasMark)
+        bytes.remove(0, byteOrderMark.size());
     QStringDecoder decoder(QStringDecoder::Utf8);
     const QString text = decoder(bytes);
-    if (decoder.hasError())
-        return {{}, {}, tr("it is not a text in UTF-8")};
-    return {bytes, text, {}};
+    // Editors end a text at a zero byte, of which UTF-16 is full.
+    if (decoder.hasError() || bytes.contains('\0'))
+        return failed(tr("it is not a text in UTF-8; convert it first"));
+    return {.bytes = bytes, .text = text, .hasByteOrderMark = hasMark};
 }
 
-QString TextFile::write(const QString &path, const QByteArray &bytes)
+QString TextFile::write(const QString &path) const
 {
     QSaveFile file(path);
+    const QByteArray content = hasByteOrderMark ? byteOrderMark + bytes : bytes;
     const bool isWritten =
-        file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+        file.open(QFile::WriteOnly) && file.write(content) == content.size() && file.commit();
     return isWritten ? QString() : file.errorString();
 }

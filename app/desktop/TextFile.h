@@ -8,13 +8,16 @@
 /// What a file of text in UTF-8 holds.
 struct TextFile
 {
-    QByteArray bytes;
-    QString text;
+    /// Without the byte order mark.
+    QByteArray bytes = {};
+    QString text = {};
+    bool hasByteOrderMark = false;
     /// Why it was not read, as the end of a sentence without its stop; null when it was.
-    QString failure;
+    QString failure = {};
 
+    static TextFile failed(const QString &why) { return {.failure = why}; }
     /// Regular files up to 256 MB. [any]
     static TextFile read(const QString &path);
     /// Replaces the file whole or leaves it as it is; gives the failure, null for none. [any]
-    static QString write(const QString &path, const QByteArray &bytes);
+    QString write(const QString &path) const;
 };

@@ -93,7 +93,7 @@ void TreeCommands::saveScript(const QString &script)
 {
     DXSaveDialog::open(&m_init.documents, tr("Save script"), DXSaveDialog::FileType::Sql,
                        [this, script](const QString &path) {
-                           const QString failure = TextFile::write(path, script.toUtf8());
+                           const QString failure = TextFile{.bytes = script.toUtf8()}.write(path);
                            if (failure.isNull()) {
                                m_init.failures.settle(path);
                                m_init.status.announce(tr("The script was saved to %1.").arg(path));

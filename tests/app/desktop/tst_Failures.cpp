@@ -64,6 +64,7 @@ TEST_F(Failures, nameWhatCannotBeOpened)
         {u"hots=localhost password=secret"_qs, u"hots"_qs},
         {u"missing.sql"_qs, u"There is no file missing.sql"_qs},
         {write(u"b.sql"_qs, "\xff\xfe"), u"UTF-8"_qs},
+        {write(u"c.sql"_qs, QByteArray("S\0E\0", 4)), u"UTF-8"_qs},
         {m_folder.path(), u"not a regular file"_qs},
         {pipe, u"not a regular file"_qs},
     };

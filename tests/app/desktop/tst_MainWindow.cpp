@@ -17,6 +17,7 @@
 #include "ui/query/DXQueryTab.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
@@ -72,6 +73,7 @@ TEST_F(MainWindowTest, browsesAsFarAsColumns)
     EXPECT_EQ(list.item(0)->text(), u"public.browsed"_qs);
     QTest::keyClick(&field, Qt::Key_Escape);
     EXPECT_TRUE(DXWait::until([this] { return !window().findChild<Chooser *>(); }));
+    EXPECT_EQ(QApplication::focusWidget(), &tab().editor());
 }
 
 TEST_F(MainWindowTest, searchesAgainOnlyForWhatIsNew)
@@ -238,6 +240,70 @@ TEST_F(MainWindowTest, dropsAfterShowingTheScript)
     EXPECT_FALSE(exists());
     // No desktop hears it here, so the window tells.
     EXPECT_TRUE(DXWait::until([this] { return statusMessage().contains(u"has been dropped"); }));
+}
+
+TEST_F(MainWindowTest, bringsFilesBackAsTheyAreNow)
+{
+    EXPECT_TRUE(DXWait::until([this] { return hasJournal(); }));
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"saved.sql"_qs);
+    tab().editor().insertText(u"SELECT 1"_qs);
+    window().documents().saveAs(tab(), path);
+    const QString marked = write(folder, "marked.sql", "\xef\xbb\xbfSELECT 2");
+    window().openArguments({marked});
+    EXPECT_FALSE(tab().editor().isModified());
+    open();
+    ASSERT_TRUE(DXWait::until([this] { return window().documents().count() == 2; }));
+    auto &documents = window().documents();
+    EXPECT_EQ(documents.path(*documents.all()[0]), path);
+    // Saved with its mark, as it came.
+    documents.setCurrentIndex(1);
+    tab().editor().setCaretPosition(0);
+    tab().editor().insertText(u"-- mine\n"_qs);
+    press(Qt::Key_S, Qt::ControlModifier);
+    QFile file(marked);
+    ASSERT_TRUE(file.open(QFile::ReadOnly));
+    EXPECT_EQ(file.readAll(), QByteArray("\xef\xbb\xbf-- mine\nSELECT 2"));
+    documents.setCurrentIndex(0);
+    tab().editor().setCaretPosition(0);
+    tab().editor().insertText(u"-- typed\n"_qs);
+
+    // While nobody looks, another program writes both.
+    closeWindow();
+    write(folder, "saved.sql", "SELECT 3");
+    write(folder, "marked.sql", "SELECT 4");
+    open();
+    ASSERT_TRUE(DXWait::until([this] { return window().documents().count() == 2; }));
+    const QList<DXQueryTab *> tabs = window().documents().all();
+    EXPECT_EQ(tabs[1]->editor().text(), u"SELECT 4"_qs);
+    EXPECT_FALSE(tabs[1]->editor().isModified());
+    EXPECT_EQ(tabs[0]->editor().text(), u"-- typed\nSELECT 1"_qs);
+    window().documents().setCurrentIndex(0);
+    EXPECT_TRUE(failures().join(u'\n').contains(u"another program"))
+        << qPrintable(failures().join(u'\n'));
+}
+
+TEST_F(MainWindowTest, runsWhatWasTypedOverASelection)
+{
+    tab().editor().setText(u"SELECT 1"_qs);
+    QTest::keyClick(&tab().editor(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(&tab().editor(), u"SELECT 2"_qs);
+    press(Qt::Key_F5, Qt::NoModifier);
+    EXPECT_TRUE(DXWait::until([this] { return !tab().resultPages().isEmpty(); }));
+    EXPECT_TRUE(becomesIdle());
+    EXPECT_EQ(cells(0), u"2"_qs);
+}
+
+TEST_F(MainWindowTest, beginsAProcedureWhereTheTreeIs)
+{
+    const int count = window().documents().count();
+    tree().setCurrentIndex({});
+    press(Qt::Key_P, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_EQ(window().documents().count(), count);
+    tree().setCurrentIndex(tree().model()->index(0, 0));
+    press(Qt::Key_P, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_EQ(window().documents().count(), count + 1);
+    EXPECT_TRUE(DXWait::until([this] { return tab().editor().text().contains(u"PROCEDURE"); }));
 }
 
 TEST_F(MainWindowTest, bringsTextsBackWithoutConnecting)
