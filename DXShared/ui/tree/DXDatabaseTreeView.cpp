@@ -12,6 +12,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
@@ -82,6 +83,7 @@ DXDatabaseTreeView::DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &del
     , m_stack(new QStackedWidget)
     , m_tree(createTree(*m_model))
     , m_resultsTree(createTree(*m_results))
+    , m_nothingFound(new QLabel)
 {
     m_searchField->setPlaceholderText(tr("Search"));
     m_searchField->setAccessibleName(tr("Search tables, views and functions"));
@@ -94,6 +96,12 @@ DXDatabaseTreeView::DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &del
             &DXDatabaseTreeView::searchResultsUpdated);
     m_tree->setAccessibleName(tr("Catalogue"));
     m_resultsTree->setAccessibleName(tr("Search results"));
+    connect(m_results, &QAbstractItemModel::rowsInserted, this, &DXDatabaseTreeView::unfoldResults);
+    m_nothingFound->setTextFormat(Qt::PlainText);
+    m_nothingFound->setWordWrap(true);
+    m_nothingFound->setContentsMargins(12, 8, 12, 8);
+    m_nothingFound->setForegroundRole(QPalette::PlaceholderText);
+    m_nothingFound->hide();
     m_stack->addWidget(m_tree);
     m_stack->addWidget(m_resultsTree);
 
@@ -105,6 +113,7 @@ DXDatabaseTreeView::DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &del
     field->addWidget(m_searchField);
     layout->addLayout(field);
     layout->addWidget(m_failures);
+    layout->addWidget(m_nothingFound);
     layout->addWidget(m_stack, 1);
     setFocusProxy(m_tree);
 
@@ -327,6 +336,7 @@ void DXDatabaseTreeView::search(const QString &text)
     const quint64 number = ++m_searchNumber;
     if (text.isEmpty()) {
         m_stack->setCurrentWidget(m_tree);
+        m_nothingFound->hide();
         m_results->setRoots({});
         return;
     }
@@ -347,14 +357,21 @@ void DXDatabaseTreeView::showResults(const DXDatabaseTreeEntry::List &results)
 {
     m_results->setRoots(results);
     m_stack->setCurrentWidget(m_resultsTree);
-    qsizetype hits = 0;
-    for (const auto &root : results) {
-        const QModelIndex rootIndex = m_results->indexOf(*root);
-        m_resultsTree->expand(rootIndex);
-        for (int row = 0; row < m_results->rowCount(rootIndex) && hits < unfoldedHits; ++row) {
-            const QModelIndex database = m_results->index(row, 0, rootIndex);
-            m_resultsTree->expand(database);
-            hits += m_results->rowCount(database);
-        }
-    }
+    m_nothingFound->setText(
+        tr("No table, view or function has \"%1\" in its name.").arg(m_searchField->text()));
+    m_nothingFound->setVisible(results.isEmpty());
+    m_shownHits = 0;
+    for (const auto &root : results)
+        m_resultsTree->expand(m_results->indexOf(*root));
+}
+
+// The rows of a root are databases, and theirs are the hits; they come one event after they were
+// unfolded.
+void DXDatabaseTreeView::unfoldResults(const QModelIndex &parent, int first, int last)
+{
+    const bool isRoot = parent.isValid() && !parent.parent().isValid();
+    for (int row = first; isRoot && row <= last && m_shownHits < unfoldedHits; ++row)
+        m_resultsTree->expand(m_results->index(row, 0, parent));
+    if (parent.parent().isValid() && !parent.parent().parent().isValid())
+        m_shownHits += last - first + 1;
 }

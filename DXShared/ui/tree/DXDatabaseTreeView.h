@@ -13,6 +13,7 @@
 class DXDatabaseTreeModel;
 class DXFailureList;
 class DXMenu;
+class QLabel;
 class QLineEdit;
 class QMenu;
 class QStackedWidget;
@@ -65,6 +66,7 @@ private:
     void settleFailures();
     void search(const QString &text);
     void showResults(const DXDatabaseTreeEntry::List &results);
+    void unfoldResults(const QModelIndex &parent, int first, int last);
 
     DXDatabaseTreeViewControllerDelegate &m_delegate;
     DXDatabaseTreeModel *const m_model;
@@ -74,6 +76,8 @@ private:
     QStackedWidget *const m_stack;
     QTreeView *const m_tree;
     QTreeView *const m_resultsTree;
+    QLabel *const m_nothingFound;
+    qsizetype m_shownHits = 0;
     QTimer m_animation;
     // The entries that failures tell of, by what names those.
     QHash<QString, std::weak_ptr<DXDatabaseTreeEntry>> m_failed;

@@ -14,11 +14,14 @@
 #include "ui/tree/DXDatabaseTreeView.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeView>
+
+#include <algorithm>
 
 namespace
 {
@@ -65,8 +68,21 @@ TEST_F(TreeSideTest, unfoldsWhatASearchFound)
 {
     find({server, u"postgres"_qs});
     search(u"BROWSED"_qs);
+    // The hits are seen without unfolding what they are in.
+    EXPECT_TRUE(DXWait::until([this] {
+        const QModelIndex database = tree().model()->index(0, 0, tree().model()->index(0, 0));
+        return tree().accessibleName() == u"Search results" && tree().isExpanded(database)
+               && tree().model()->rowCount(database) > 0;
+    }));
     find({server, u"postgres"_qs, u"shop.browsed"_qs, u"y"_qs});
     EXPECT_TRUE(DXWait::until([this] { return loading() == 0; }));
+    search(u"nothing at all"_qs);
+    EXPECT_TRUE(DXWait::until([this] {
+        const QList<QLabel *> labels = window().tree().findChildren<QLabel *>();
+        return std::ranges::any_of(labels, [](const QLabel *label) {
+            return label->isVisible() && label->text().contains(u"\"nothing at all\"");
+        });
+    }));
 }
 
 TEST_F(TreeSideTest, tellsOfARefreshThatFailed)
