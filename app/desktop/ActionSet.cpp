@@ -57,7 +57,7 @@ const Definition definitions[] = {
     {Id::SearchTree, QT_TRANSLATE_NOOP("ActionSet", "Search the &tree"), "Ctrl+Shift+E", ""},
     {Id::GoToObject, QT_TRANSLATE_NOOP("ActionSet", "&Go to object…"), "Ctrl+P", ""},
     {Id::CommandPalette, QT_TRANSLATE_NOOP("ActionSet", "&Command palette…"), "Ctrl+Shift+P", ""},
-    {Id::GoToEditor, QT_TRANSLATE_NOOP("ActionSet", "Go to the e&ditor"), "Ctrl+E", ""},
+    {Id::GoToEditor, QT_TRANSLATE_NOOP("ActionSet", "Go to the e&ditor"), "F6", ""},
     {Id::GoToFailure, QT_TRANSLATE_NOOP("ActionSet", "Go to the &error message"), "F8", ""},
     {Id::Refresh, QT_TRANSLATE_NOOP("ActionSet", "&Refresh"), "Ctrl+R", ""},
     {Id::NextTab, QT_TRANSLATE_NOOP("ActionSet", "&Next tab"), "Ctrl+Tab; Ctrl+PgDown", ""},

@@ -21,6 +21,8 @@
 #include <QToolButton>
 #include <QUuid>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -65,13 +67,29 @@ QList<DXQueryTab *> Documents::all() const
 
 DXQueryTab *Documents::add(const std::shared_ptr<DabroDBC> &details, const QString &text)
 {
-    return insert({.title = tr("Query %1").arg(++m_lastNumber)}, details, text);
+    return insert({.title = freeTitle()}, details, text);
+}
+
+QString Documents::freeTitle() const
+{
+    QStringList taken;
+    for (const Document &document : m_documents)
+        taken.append(document.title);
+    int number = 1;
+    while (taken.contains(tr("Query %1").arg(number)))
+        ++number;
+    return tr("Query %1").arg(number);
 }
 
 DXQueryTab *Documents::add(const DXTextRecord &record)
 {
+    // One that was opened while the journal was read may have its title.
+    const bool isTaken = record.filePath.isNull()
+                         && std::ranges::any_of(m_documents, [&record](const Document &other) {
+                                return other.title == record.title;
+                            });
     Document document{.id = record.id,
-                      .title = record.title,
+                      .title = isTaken ? freeTitle() : record.title,
                       .path = record.filePath,
                       .connectionId = record.connectionId,
                       .database = record.database,
@@ -83,7 +101,6 @@ DXQueryTab *Documents::add(const DXTextRecord &record)
     } else if (!record.filePath.isNull()) {
         document.content = record.text.toUtf8();
     }
-    ++m_lastNumber;
     DXQueryTab *const tab = insert(document, nullptr, record.text);
     if (!tab)
         return nullptr;

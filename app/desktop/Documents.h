@@ -108,6 +108,7 @@ private:
     void closeUnlessUnsaved(DXQueryTab *tab);
     void ask(DXQueryTab &tab, const QString &text, const QList<Answer> &answers);
     void updateTitle(DXQueryTab &tab);
+    QString freeTitle() const;
     DXQueryTab *tabOf(const QString &path) const;
     void fileChanged(const QString &path);
     void checkTarget(DXQueryTab *tab);
@@ -120,5 +121,4 @@ private:
     QList<Closed> m_closed;
     QFileSystemWatcher m_watcher;
     std::shared_ptr<DabroDBC> m_plainDetails;
-    int m_lastNumber = 0;
 };

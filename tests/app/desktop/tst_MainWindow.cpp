@@ -319,6 +319,11 @@ TEST_F(MainWindowTest, bringsTextsBackWithoutConnecting)
     EXPECT_TRUE(messages().contains(u"no connection")) << qPrintable(messages());
     EXPECT_EQ(PostgresCluster::shared().psql(u"SELECT count(*) FROM browsed"_qs).trimmed(),
               u"0"_qs);
+    // A tab that was opened meanwhile has a title of its own.
+    open().openArguments({uri(PostgresCluster::shared())});
+    ASSERT_TRUE(DXWait::until([this] { return window().documents().count() == 2; }));
+    EXPECT_NE(window().documents().tabText(0), window().documents().tabText(1));
+    press(Qt::Key_W, Qt::ControlModifier);
     // What is closed by hand does not come back.
     press(Qt::Key_W, Qt::ControlModifier);
     open();
