@@ -56,11 +56,15 @@ void apply(const DXTheme &theme)
         "QHeaderView::section { background: %5; color: %2; border: 0;"
         " border-right: 1px solid %1; border-bottom: 1px solid %1; padding: 2px 6px; }"
         "QTableView { gridline-color: %1; }"
+        "QPushButton { padding: 3px 10px; }"
+        "QLineEdit { border: 1px solid %8; border-radius: 3px; padding: 3px 6px; }"
+        "QLineEdit:focus { border-color: %4; }"
+        "QAbstractSpinBox QLineEdit, QComboBox QLineEdit { border: 0; padding: 0; }"
         "QTableCornerButton::section { background: %5; border: 0; }"
         "QWidget#sidebar, QWidget#sidebar QTreeView { background: %6; }");
     qApp->setStyleSheet(sheet.arg(theme.border.name(), theme.secondaryText.name(),
                                   theme.text.name(), theme.accent.name(), theme.window.name(),
-                                  theme.sidebar.name(), theme.surface.name()));
+                                  theme.sidebar.name(), theme.surface.name(), theme.null.name()));
 }
 
 } // namespace

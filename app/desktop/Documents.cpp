@@ -172,7 +172,10 @@ void Documents::checkTarget(DXQueryTab *tab)
     document.hasConnected = !tab->session().serverVersion().isNull();
     if (document.hasConnected && !before.hasConnected)
         Q_EMIT connected(tab);
-    // The status changes many times a second while a statement runs.
+    // An empty tab is nothing to bring back, and the status changes many times a second while a
+    // statement runs.
+    if (tab->editor().length() == 0 && document.path.isNull())
+        return;
     if (document.connectionId != before.connectionId || document.database != before.database
         || document.commitsManually != before.commitsManually)
         Q_EMIT recordChanged(tab);
