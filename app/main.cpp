@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliArguments.h"
 #include "cli/CliProcess.h"
-#include "client/DXSecretStore.h"
 #include "client/DabroDatabaseConnectionPool.h"
+#include "client/secrets/DXSecretStore.h"
 #include "desktop/MainWindow.h"
 #include "dispatch/DXDispatch.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "connection/PostgresSSLSheet.h"
 
-#include "client/DXSecurityBookmarkHelper.h"
+#include "client/secrets/DXSecurityBookmarkHelper.h"
 #include "ui/DXDialogButtons.h"
 #include "ui/DXFileField.h"
 #include "ui/DXFormField.h"

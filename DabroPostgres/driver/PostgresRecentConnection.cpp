@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "driver/PostgresRecentConnection.h"
 
-#include "client/DXSecretStore.h"
 #include "client/SQLRecentConnectionList.h"
+#include "client/secrets/DXSecretStore.h"
 #include "driver/PostgresConnectionHelper.h"
 #include "driver/PostgresDatabaseConnectionDetails.h"
 

@@ -4,7 +4,7 @@
 
 #include "client/DabroDBC.h"
 #include "desktop/Connections.h"
-#include "desktop/Documents.h"
+#include "desktop/documents/Documents.h"
 #include "ui/query/DXQuerySession.h"
 #include "ui/query/DXQueryTab.h"
 #include "ui/tree/DXDatabaseTreeView.h"

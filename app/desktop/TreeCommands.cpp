@@ -3,10 +3,10 @@
 #include "desktop/TreeCommands.h"
 
 #include "client/DabroDBC.h"
-#include "desktop/Documents.h"
 #include "desktop/ScriptReceiver.h"
 #include "desktop/StatusLine.h"
-#include "desktop/TextFile.h"
+#include "desktop/documents/Documents.h"
+#include "desktop/documents/TextFile.h"
 #include "query/SQLTokenizer.h"
 #include "ui/DXFailureList.h"
 #include "ui/DXSaveDialog.h"

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "desktop/Workspace.h"
 
-#include "desktop/Documents.h"
 #include "desktop/WelcomePage.h"
+#include "desktop/documents/Documents.h"
 #include "ui/DXFailureList.h"
 #include "ui/DXTheme.h"
 

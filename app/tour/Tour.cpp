@@ -3,8 +3,8 @@
 #include "tour/Tour.h"
 
 #include "desktop/Chooser.h"
-#include "desktop/Documents.h"
 #include "desktop/MainWindow.h"
+#include "desktop/documents/Documents.h"
 #include "ui/connection/DXConnectionDialog.h"
 #include "ui/editor/DXCompletionPopup.h"
 #include "ui/editor/DXSQLEditor.h"

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "client/DXSecretStore.h"
 #include "client/SQLRecentConnectionList.h"
+#include "client/secrets/DXSecretStore.h"
 #include "support/DXWait.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "client/ssh/DXSSHCommand.h"
 
-#include "client/DXSecurityBookmarkHelper.h"
+#include "client/secrets/DXSecurityBookmarkHelper.h"
 
 #include <QFileInfo>
 #include <QStandardPaths>

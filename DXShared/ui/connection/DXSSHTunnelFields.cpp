@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/connection/DXSSHTunnelFields.h"
 
-#include "client/DXSecurityBookmarkHelper.h"
+#include "client/secrets/DXSecurityBookmarkHelper.h"
 #include "ui/DXFileField.h"
 #include "ui/DXFormField.h"
 

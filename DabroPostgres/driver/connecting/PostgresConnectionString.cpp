@@ -3,7 +3,7 @@
 #include "driver/PostgresDatabaseClient.h"
 
 #include "client/DXHostCache.h"
-#include "client/DXSecurityBookmarkHelper.h"
+#include "client/secrets/DXSecurityBookmarkHelper.h"
 #include "client/ssh/DXSSHTunnel.h"
 #include "core/DXLogHelper.h"
 

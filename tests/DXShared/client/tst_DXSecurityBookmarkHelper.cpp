@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "client/DXSecurityBookmarkHelper.h"
+#include "client/secrets/DXSecurityBookmarkHelper.h"
 
 #include "support/PrintQt.h"
 

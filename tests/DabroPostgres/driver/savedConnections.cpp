@@ -11,8 +11,8 @@
 //   run SCRIPT             waits for a shell, and prints nothing itself
 //   settle                 waits until no change is pending, prints nothing
 //   quit                   with the command before it still under way
-#include "client/DXSecretStore.h"
 #include "client/SQLRecentConnectionList.h"
+#include "client/secrets/DXSecretStore.h"
 #include "dispatch/DXDispatch.h"
 #include "driver/PostgresRecentConnection.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "driver/connecting/PostgresConnectionStringReader.h"
 
-#include "client/DXSecurityBookmarkHelper.h"
+#include "client/secrets/DXSecurityBookmarkHelper.h"
 #include "driver/PostgresDatabaseConnectionDetails.h"
 #include "support/PrintQt.h"
 

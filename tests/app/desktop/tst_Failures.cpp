@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/desktop/DesktopTest.h"
-#include "desktop/DocumentJournal.h"
-#include "desktop/Documents.h"
 #include "desktop/MainWindow.h"
+#include "desktop/documents/DocumentJournal.h"
+#include "desktop/documents/Documents.h"
 #include "query/DXQueryLoader.h"
 #include "support/DXWait.h"
 #include "support/Widgets.h"

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/desktop/DesktopTest.h"
 #include "client/DabroDBC.h"
-#include "desktop/Documents.h"
 #include "desktop/MainWindow.h"
+#include "desktop/documents/Documents.h"
 #include "support/DXWait.h"
 #include "support/Widgets.h"
 #include "ui/editor/DXSQLEditor.h"

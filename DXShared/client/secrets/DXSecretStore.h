@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "client/DXSealedFile.h"
+#include "client/secrets/DXSealedFile.h"
 #include "core/DXError.h"
 #include "core/DXGlobal.h"
 

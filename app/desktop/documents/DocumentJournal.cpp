@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "desktop/DocumentJournal.h"
+#include "desktop/documents/DocumentJournal.h"
 
 #include "client/DXTextJournal.h"
 #include "core/DXError.h"
-#include "desktop/Documents.h"
+#include "desktop/documents/Documents.h"
 #include "dispatch/DXDispatch.h"
 #include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXQueryTab.h"

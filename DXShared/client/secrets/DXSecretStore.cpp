@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "client/DXSecretStore.h"
+#include "client/secrets/DXSecretStore.h"
 
 #include "core/DXLogHelper.h"
 #include "dispatch/DXDispatch.h"

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "desktop/QuitQuestion.h"
+#include "desktop/documents/QuitQuestion.h"
 
 #include "core/DXError.h"
-#include "desktop/DocumentJournal.h"
-#include "desktop/Documents.h"
+#include "desktop/documents/DocumentJournal.h"
+#include "desktop/documents/Documents.h"
 #include "ui/query/DXQuerySession.h"
 #include "ui/query/DXQueryTab.h"
 

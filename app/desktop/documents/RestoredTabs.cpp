@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "desktop/RestoredTabs.h"
+#include "desktop/documents/RestoredTabs.h"
 
 #include "client/DXTextRecord.h"
 #include "client/DabroDBC.h"

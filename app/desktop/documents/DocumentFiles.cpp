@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "desktop/Documents.h"
-#include "desktop/TextFile.h"
+#include "desktop/documents/Documents.h"
+#include "desktop/documents/TextFile.h"
 #include "ui/DXFailureList.h"
 #include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXQueryTab.h"

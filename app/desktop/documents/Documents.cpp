@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "desktop/Documents.h"
+#include "desktop/documents/Documents.h"
 
 #include "client/DabroDBC.h"
-#include "desktop/TextFile.h"
+#include "desktop/documents/TextFile.h"
 #include "dispatch/DXDispatch.h"
 #include "ui/DXIcon.h"
 #include "ui/DXToolTip.h"

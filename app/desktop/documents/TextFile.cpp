@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "desktop/TextFile.h"
+#include "desktop/documents/TextFile.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "desktop/OpenRequests.h"
+#include "desktop/documents/OpenRequests.h"
 
 #include "client/DabroDBC.h"
 #include "core/DXError.h"
 #include "desktop/Connections.h"
-#include "desktop/Documents.h"
+#include "desktop/documents/Documents.h"
 #include "ui/DXFailureList.h"
 #include "ui/query/DXQueryTab.h"
 

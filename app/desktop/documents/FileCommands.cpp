@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "desktop/FileCommands.h"
+#include "desktop/documents/FileCommands.h"
 
 #include "desktop/ActionSet.h"
-#include "desktop/Documents.h"
+#include "desktop/documents/Documents.h"
 #include "ui/DXSaveDialog.h"
 #include "ui/query/DXQueryTab.h"
 
