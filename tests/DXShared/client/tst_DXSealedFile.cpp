@@ -41,6 +41,7 @@ TEST(DXSealedFile, losesNoChangeOfThoseWhoWriteAtTheSameTime)
     };
     {
         std::vector<std::jthread> threads;
+        threads.reserve(writers);
         for (int writer = 0; writer < writers; ++writer)
             threads.emplace_back(write, writer);
     }
