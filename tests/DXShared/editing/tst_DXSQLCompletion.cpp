@@ -28,8 +28,8 @@ protected:
         names.add(u"crm"_qs, u"orders"_qs, {u"id uuid"_qs, u"lead text"_qs});
         names.add(u"crm"_qs, u"visits"_qs, {u"at time"_qs});
         names.add(u"public"_qs, u"Odd one"_qs, {u"Sum_Total int"_qs});
-        m_cache = DXCompletionCache::of(m_details);
         names.publish(m_details->description());
+        m_cache = DXCompletionCache::of(m_details);
         EXPECT_TRUE(DXWait::until([this] { return m_cache->names() != nullptr; }));
     }
 
