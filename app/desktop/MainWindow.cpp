@@ -65,6 +65,7 @@ MainWindow::MainWindow()
     , m_treeCommands(std::make_unique<TreeCommands>(TreeCommands::Init{
           .connections = *m_connections,
           .documents = *m_documents,
+          .exports = m_workspace->exports(),
           .status = *m_status,
           .failures = m_workspace->failures(),
           .editConnection =
@@ -86,7 +87,9 @@ MainWindow::MainWindow()
     , m_files(new FileCommands(m_actions, *m_documents, *this))
     , m_journal(new DocumentJournal(*m_documents, this))
     , m_restored(new RestoredTabs(*m_connections, this))
-    , m_quitQuestion(new QuitQuestion(*m_documents, *m_journal, *this))
+    , m_quitQuestion(new QuitQuestion(
+          {.documents = *m_documents, .exports = m_workspace->exports(), .journal = *m_journal},
+          *this))
 {
     setWindowTitle(QApplication::applicationDisplayName());
     setStatusBar(m_status);

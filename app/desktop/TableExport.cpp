@@ -10,7 +10,10 @@
 #include "dispatch/DXDispatch.h"
 #include "ui/results/DXResultText.h"
 
+#include <QCoreApplication>
 #include <QSaveFile>
+
+#include <cerrno>
 
 namespace
 {
@@ -39,8 +42,64 @@ QByteArray row(const DatabaseResultSet &rows)
     return line + '\n';
 }
 
-// The number of rows written.
-qint64 write(DatabaseResultSet &rows, QIODevice &file, DXError *error)
+} // namespace
+
+void TableExport::start(const std::shared_ptr<DabroDBC> &details, const Done &done)
+{
+    DX_ASSERT_MAIN();
+    DXDispatch::background([self = shared_from_this(), details, done] {
+        const DXError error = self->run(*details);
+        DXDispatch::main([done, error] { done(error); });
+    });
+}
+
+void TableExport::cancel()
+{
+    m_isCancelled = true;
+    // A server may be slow to take it.
+    DXDispatch::background([self = shared_from_this()] {
+        const std::lock_guard lock(self->m_mutex);
+        if (self->m_client)
+            self->m_client->cancelCurrentQuery(nullptr);
+    });
+}
+
+DXError TableExport::run(const DabroDBC &details)
+{
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly))
+        return {QString(), 0, file.errorString()};
+    DXError error;
+    DabroDatabaseConnectionPool::executeQuery(
+        [&](DabroDatabaseClient &client, DXError *failure) {
+            setClient(&client);
+            read(client, file, failure);
+            setClient(nullptr);
+        },
+        details, &error, {.allowPooled = DabroDatabaseConnectionPool::AllowPooled::No});
+    if (error)
+        return error;
+    if (m_isCancelled)
+        return {QString(), ECANCELED, QCoreApplication::translate("TableExport", "Cancelled.")};
+    return file.commit() ? DXError() : DXError(QString(), 0, file.errorString());
+}
+
+void TableExport::setClient(DabroDatabaseClient *client)
+{
+    const std::lock_guard lock(m_mutex);
+    m_client = client;
+}
+
+void TableExport::read(DabroDatabaseClient &client, QIODevice &file, DXError *error)
+{
+    if (m_isCancelled)
+        return;
+    const auto rows = client.executeQuery(QStringLiteral("SELECT * FROM ") + m_tablePath, error);
+    if (rows && !*error)
+        write(*rows, file, error);
+}
+
+void TableExport::write(DatabaseResultSet &rows, QIODevice &file, DXError *error)
 {
     const auto put = [&file, error](const QByteArray &text) {
         if (file.write(text) == text.size())
@@ -48,36 +107,8 @@ qint64 write(DatabaseResultSet &rows, QIODevice &file, DXError *error)
         DXError::report(error, DXError(QString(), 0, file.errorString()));
         return false;
     };
-    qint64 count = 0;
-    if (put(headings(rows))) {
-        while (rows.next(error) && put(row(rows)))
-            ++count;
-    }
-    return count;
-}
-
-} // namespace
-
-void TableExport::start(const QString &tablePath, const std::shared_ptr<DabroDBC> &details,
-                        const QString &path, const std::function<void(const Result &result)> &done)
-{
-    DXDispatch::background([tablePath, details, path, done] {
-        Result result;
-        QSaveFile file(path);
-        if (!file.open(QIODevice::WriteOnly))
-            result.error = DXError(QString(), 0, file.errorString());
-        else
-            DabroDatabaseConnectionPool::executeQuery(
-                [&](DabroDatabaseClient &client, DXError *failure) {
-                    const auto rows =
-                        client.executeQuery(QStringLiteral("SELECT * FROM ") + tablePath, failure);
-                    if (rows && !*failure)
-                        result.rowCount = write(*rows, file, failure);
-                },
-                *details, &result.error,
-                {.allowPooled = DabroDatabaseConnectionPool::AllowPooled::No});
-        if (!result.error && !file.commit())
-            result.error = DXError(QString(), 0, file.errorString());
-        DXDispatch::main([done, result] { done(result); });
-    });
+    if (!put(headings(rows)))
+        return;
+    while (!m_isCancelled && rows.next(error) && put(row(rows)))
+        ++m_rowCount;
 }

@@ -5,6 +5,7 @@
 #include "client/DabroDBC.h"
 #include "desktop/ScriptReceiver.h"
 #include "desktop/StatusLine.h"
+#include "desktop/TableExports.h"
 #include "desktop/documents/Documents.h"
 #include "desktop/documents/TextFile.h"
 #include "query/SQLTokenizer.h"
@@ -39,6 +40,23 @@ bool isComment(const QString &script, const DabroDBC &details)
 }
 
 } // namespace
+
+TreeCommands::TreeCommands(const Init &init)
+    : m_init(init)
+{
+    const TableExports &exports = init.exports;
+    QObject::connect(&exports, &TableExports::succeeded, &init.status,
+                     [init](const QString &path, const QString &message) {
+                         init.failures.settle(path);
+                         init.status.announce(message);
+                     });
+    QObject::connect(&exports, &TableExports::cancelled, &init.status, &StatusLine::announce);
+    QObject::connect(&exports, &TableExports::failed, &init.failures,
+                     [&failures = init.failures](const QString &path, const QString &headline,
+                                                 const QString &details) {
+                         failures.showFailure(path, headline, details);
+                     });
+}
 
 QWidget *TreeCommands::targetWindow()
 {
@@ -131,31 +149,10 @@ void TreeCommands::importInto(const std::shared_ptr<DabroDBC> &details)
 void TreeCommands::exportTableAsCSV(const QString &tablePath,
                                     const std::shared_ptr<DabroDBC> &details)
 {
-    DXSaveDialog::open(&m_init.documents, tr("Export %1").arg(tablePath),
-                       DXSaveDialog::FileType::Csv,
-                       [this, tablePath, details](const QString &path) {
-                           m_init.status.announce(tr("Exporting %1.").arg(tablePath));
-                           TableExport::start(tablePath, details, path,
-                                              [this, window = QPointer(targetWindow()), tablePath,
-                                               path](const TableExport::Result &result) {
-                                                  if (window)
-                                                      showExport(tablePath, path, result);
-                                              });
+    DXSaveDialog::open(&m_init.exports, tr("Export %1").arg(tablePath), DXSaveDialog::FileType::Csv,
+                       [&exports = m_init.exports, tablePath, details](const QString &path) {
+                           exports.start(tablePath, details, path);
                        });
-}
-
-void TreeCommands::showExport(const QString &tablePath, const QString &path,
-                              const TableExport::Result &result)
-{
-    if (result.error) {
-        m_init.status.announce({});
-        m_init.failures.showFailure(path, tr("Could not export %1 to %2.").arg(tablePath, path),
-                                    result.error.description().trimmed());
-        return;
-    }
-    m_init.failures.settle(path);
-    m_init.status.announce(tr("%1 rows of %2 were exported to %3.")
-                               .arg(QLocale().toString(result.rowCount), tablePath, path));
 }
 
 void TreeCommands::beep()

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "desktop/TableExport.h"
 #include "tree/DXDatabaseTreeViewController.h"
 
 #include <functional>
@@ -12,6 +11,7 @@ class DXDatabaseTreeView;
 class DXFailureList;
 class Documents;
 class StatusLine;
+class TableExports;
 
 /// What the trees' menus and keys ask of their window. [main]
 class TreeCommands final : public DXDatabaseTreeViewControllerDelegate
@@ -21,6 +21,7 @@ public:
     {
         Connections &connections;
         Documents &documents;
+        TableExports &exports;
         StatusLine &status;
         /// Outlives the commands.
         DXFailureList &failures;
@@ -29,9 +30,7 @@ public:
         /// Closes the connection's tree.
         std::function<void(const std::shared_ptr<DabroDBC> &details)> disconnect;
     };
-    explicit TreeCommands(const Init &init)
-        : m_init(init)
-    { }
+    explicit TreeCommands(const Init &init);
 
     QWidget *targetWindow() override;
     void addNewQueryTab(const QString &query, const std::shared_ptr<DabroDBC> &details,
@@ -52,8 +51,6 @@ public:
 
 private:
     void saveScript(const QString &script);
-    void showExport(const QString &tablePath, const QString &path,
-                    const TableExport::Result &result);
 
     const Init m_init;
 };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "desktop/Workspace.h"
 
+#include "desktop/TableExports.h"
 #include "desktop/WelcomePage.h"
 #include "desktop/documents/Documents.h"
 #include "ui/DXFailureList.h"
@@ -31,6 +32,7 @@ Workspace::Workspace(WelcomePage *welcome, Documents *documents, QWidget *parent
     , m_failures(new DXFailureList)
     , m_colorLine(new QFrame)
     , m_pages(new QStackedWidget)
+    , m_exports(new TableExports)
 {
     m_colorLine->setFixedHeight(colorLineHeight);
     m_colorLine->setAutoFillBackground(true);
@@ -43,6 +45,7 @@ Workspace::Workspace(WelcomePage *welcome, Documents *documents, QWidget *parent
     QVBoxLayout *const column = createColumn(this);
     column->addWidget(m_failures);
     column->addWidget(m_pages, 1);
+    column->addWidget(m_exports);
 }
 
 void Workspace::show(Shown what)

@@ -9,10 +9,12 @@ class DXFailureList;
 class Documents;
 class QFrame;
 class QStackedWidget;
+class TableExports;
 class WelcomePage;
 
 /// What stands beside the sidebar: the query tabs below a line in the colour of their connection,
-/// or the welcome page while there are none; and above, what failed outside of any tab. [main]
+/// or the welcome page while there are none; above, what failed outside of any tab, and below, the
+/// tables that are being exported. [main]
 class Workspace final : public QWidget
 {
     Q_OBJECT
@@ -22,6 +24,7 @@ public:
     Workspace(WelcomePage *welcome, Documents *documents, QWidget *parent = nullptr);
 
     DXFailureList &failures() const { return *m_failures; }
+    TableExports &exports() const { return *m_exports; }
     enum class Shown { Welcome, Tabs };
     void show(Shown what);
     /// As CSS writes colours; null for a connection without one.
@@ -31,4 +34,5 @@ private:
     DXFailureList *const m_failures;
     QFrame *const m_colorLine;
     QStackedWidget *const m_pages;
+    TableExports *const m_exports;
 };

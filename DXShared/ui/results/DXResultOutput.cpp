@@ -6,18 +6,13 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QPointer>
-#include <QPushButton>
-#include <QVBoxLayout>
 
 namespace
 {
 
 using Outcome = DXResultTask::Outcome;
 
-constexpr auto betweenUpdates = std::chrono::milliseconds(150);
 // So much is copied before anybody could notice.
 constexpr qsizetype fewCells = 10'000;
 constexpr qsizetype fewBytes = 1024 * 1024;
@@ -48,14 +43,8 @@ QString smallText(const DXQueryResultDetails &result, DXResultText::Format forma
 } // namespace
 
 DXResultOutput::DXResultOutput(QWidget *parent)
-    : QWidget(parent)
+    : DXTaskLines(parent)
 {
-    auto *const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(8, 4, 8, 4);
-    layout->setSpacing(4);
-    hide();
-    m_timer.setInterval(betweenUpdates);
-    connect(&m_timer, &QTimer::timeout, this, &DXResultOutput::update);
     // What the user put there later is not overwritten.
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
         if (const auto copy = m_copy.lock())
@@ -65,8 +54,8 @@ DXResultOutput::DXResultOutput(QWidget *parent)
 
 DXResultOutput::~DXResultOutput()
 {
-    for (const Line &line : std::as_const(m_lines))
-        line.task->waitNoLonger();
+    for (const auto &task : std::as_const(m_tasks))
+        task->waitNoLonger();
     if (const auto copy = m_copy.lock())
         copy->cancel();
 }
@@ -85,7 +74,7 @@ void DXResultOutput::copy(const DXResultTask::Result &result, DXResultText::Form
         QGuiApplication::clipboard()->setText(text);
         return;
     }
-    const quint64 number = ++m_lastNumber;
+    const quint64 number = nextNumber();
     const auto task = DXResultTask::copy(result, format, area, dialect, ender(number));
     m_copy = task;
     copyUnderWay() = task;
@@ -94,20 +83,15 @@ void DXResultOutput::copy(const DXResultTask::Result &result, DXResultText::Form
 
 void DXResultOutput::saveCsv(const DXResultTask::Result &result, const QString &path)
 {
-    const quint64 number = ++m_lastNumber;
+    const quint64 number = nextNumber();
     add(number, DXResultTask::save(result, path, ender(number)));
-}
-
-void DXResultOutput::cancel()
-{
-    if (!m_lines.isEmpty())
-        m_lines.last().task->cancel();
 }
 
 DXResultTask::Ended DXResultOutput::ender(quint64 number)
 {
     return [output = QPointer(this), number](Outcome outcome, const QString &message) {
         if (output) {
+            output->m_tasks.remove(number);
             output->remove(number);
             Q_EMIT output->ended(outcome, message);
         } else if (outcome == Outcome::Failed || outcome == Outcome::Incomplete) {
@@ -118,38 +102,7 @@ DXResultTask::Ended DXResultOutput::ender(quint64 number)
 
 void DXResultOutput::add(quint64 number, const std::shared_ptr<DXResultTask> &task)
 {
-    auto *const line = new QWidget;
-    auto *const label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
-    auto *const cancel = new QPushButton(tr("Cancel"));
-    cancel->setAutoDefault(false);
-    connect(cancel, &QPushButton::clicked, this, [task] { task->cancel(); });
-    auto *const row = new QHBoxLayout(line);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(8);
-    row->addWidget(label, 1);
-    row->addWidget(cancel);
-    layout()->addWidget(line);
-    m_lines.insert(number, {.task = task, .widget = line, .label = label});
-    if (m_lines.size() == 1) {
-        m_timer.start();
-        Q_EMIT busyChanged(true);
-    }
-}
-
-void DXResultOutput::remove(quint64 number)
-{
-    delete m_lines.take(number).widget;
-    if (isBusy())
-        return;
-    m_timer.stop();
-    hide();
-    Q_EMIT busyChanged(false);
-}
-
-void DXResultOutput::update()
-{
-    for (const Line &line : std::as_const(m_lines))
-        line.label->setText(line.task->progress());
-    show();
+    m_tasks.insert(number, task);
+    DXTaskLines::add(number, {.progress = [task] { return task->progress(); },
+                              .cancel = [task] { task->cancel(); }});
 }

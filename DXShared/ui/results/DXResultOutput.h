@@ -3,18 +3,14 @@
 #pragma once
 
 #include "core/DXGlobal.h"
+#include "ui/DXTaskLines.h"
 #include "ui/results/DXResultTask.h"
 
-#include <QMap>
-#include <QTimer>
-#include <QWidget>
+#include <QHash>
 
-class QLabel;
-
-/// Puts results on the clipboard and into files. What takes time is done in the background, with a
-/// line for each task that tells how far it is and cancels it; the widget is hidden while there is
-/// none. It outlives the pages of the results. [main]
-class DXSHARED_EXPORT DXResultOutput final : public QWidget
+/// Puts results on the clipboard and into files, what takes time in the background. It outlives the
+/// pages of the results. [main]
+class DXSHARED_EXPORT DXResultOutput final : public DXTaskLines
 {
     Q_OBJECT
 
@@ -30,31 +26,14 @@ public:
     /// Saves all rows, those that are still to arrive included, and ends with ended().
     void saveCsv(const DXResultTask::Result &result, const QString &path);
 
-    bool isBusy() const { return !m_lines.isEmpty(); }
-    /// Cancels what was begun last.
-    void cancel();
-
 Q_SIGNALS:
     /// A task has ended, with a message for the user.
     void ended(DXResultTask::Outcome outcome, const QString &message);
-    void busyChanged(bool isBusy);
 
 private:
-    struct Line
-    {
-        std::shared_ptr<DXResultTask> task;
-        QWidget *widget;
-        QLabel *label;
-    };
-
     DXResultTask::Ended ender(quint64 number);
     void add(quint64 number, const std::shared_ptr<DXResultTask> &task);
-    void remove(quint64 number);
-    void update();
 
-    // By the order in which they were begun.
-    QMap<quint64, Line> m_lines;
-    quint64 m_lastNumber = 0;
+    QHash<quint64, std::shared_ptr<DXResultTask>> m_tasks;
     std::weak_ptr<DXResultTask> m_copy;
-    QTimer m_timer;
 };

@@ -3,6 +3,7 @@
 #include "desktop/documents/QuitQuestion.h"
 
 #include "core/DXError.h"
+#include "desktop/TableExports.h"
 #include "desktop/documents/DocumentJournal.h"
 #include "desktop/documents/Documents.h"
 #include "ui/query/DXQuerySession.h"
@@ -11,10 +12,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-QuitQuestion::QuitQuestion(Documents &documents, DocumentJournal &journal, QWidget &window)
+QuitQuestion::QuitQuestion(const Init &init, QWidget &window)
     : QObject(&window)
-    , m_documents(documents)
-    , m_journal(journal)
+    , m_init(init)
     , m_window(window)
 { }
 
@@ -30,17 +30,19 @@ bool QuitQuestion::mayClose()
 QStringList QuitQuestion::losses()
 {
     QStringList lost;
-    const QList<DXQueryTab *> tabs = m_documents.all();
+    const QList<DXQueryTab *> tabs = m_init.documents.all();
     for (const DXQueryTab *const tab : tabs) {
         if (tab->session().isInTransaction())
             lost += tr("A transaction is open in \"%1\". Quitting rolls it back.")
-                        .arg(m_documents.title(*tab));
+                        .arg(m_init.documents.title(*tab));
         else if (tab->session().isBusy())
             lost += tr("A statement is running in \"%1\". Quitting cancels it.")
-                        .arg(m_documents.title(*tab));
+                        .arg(m_init.documents.title(*tab));
     }
+    for (const QString &table : m_init.exports.tables())
+        lost += tr("%1 is being exported. Quitting cancels that.").arg(table);
     DXError error;
-    if (!m_journal.flush(&error))
+    if (!m_init.journal.flush(&error))
         lost += tr("What was typed is lost, since it cannot be kept on disk: %1.")
                     .arg(error.description().trimmed());
     return lost;

@@ -8,6 +8,7 @@
 class DocumentJournal;
 class Documents;
 class QWidget;
+class TableExports;
 
 /// Asks before a window closes where something is lost with it. [main]
 class QuitQuestion final : public QObject
@@ -15,7 +16,13 @@ class QuitQuestion final : public QObject
     Q_OBJECT
 
 public:
-    QuitQuestion(Documents &documents, DocumentJournal &journal, QWidget &window);
+    struct Init
+    {
+        Documents &documents;
+        const TableExports &exports;
+        DocumentJournal &journal;
+    };
+    QuitQuestion(const Init &init, QWidget &window);
 
     /// Keeps the texts on disk. False while the user has to be asked about what cannot be kept, who
     /// then closes the window or leaves it open.
@@ -25,8 +32,7 @@ private:
     QStringList losses();
     void ask(const QStringList &losses);
 
-    Documents &m_documents;
-    DocumentJournal &m_journal;
+    const Init m_init;
     QWidget &m_window;
     bool m_isAgreed = false;
 };

@@ -3,6 +3,7 @@
 #include "app/desktop/DesktopTest.h"
 #include "desktop/Connections.h"
 #include "desktop/MainWindow.h"
+#include "desktop/TableExports.h"
 #include "desktop/documents/Documents.h"
 #include "support/DXWait.h"
 #include "support/Widgets.h"
@@ -14,6 +15,7 @@
 #include "ui/tree/DXDatabaseTreeView.h"
 
 #include <QAction>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -138,6 +140,102 @@ TEST_F(TreeSideTest, disconnectsTabsAndTreeOnceThatIsAgreed)
     ASSERT_TRUE(run(u"SELECT count(*) FROM shop.browsed"_qs));
     EXPECT_EQ(cells(0), u"0"_qs) << qPrintable(messages());
     EXPECT_FALSE(messages().contains(u"lost")) << qPrintable(messages());
+}
+
+/// Files that tables are written into.
+class TableExportTest : public TreeSideTest
+{
+protected:
+    TableExportTest()
+    {
+        PostgresCluster::shared().psql(
+            u"CREATE VIEW shop.odd AS SELECT 'a \"b\", c' AS \"x,y\", '' AS \"empty\", "
+            "NULL AS \"none\", 1.50 AS \"number\", E'two\\nlines' AS \"lines\" "
+            "UNION ALL SELECT 'ü', ' ', 'z', -1, '' ORDER BY 4 DESC; "
+            "CREATE VIEW shop.slow AS SELECT i, CASE WHEN i = 100000 THEN pg_sleep(600)::text END "
+            "AS nap "
+            "FROM generate_series(1, 200000) AS i"_qs);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QFile::WriteOnly) && file.write("before") > 0);
+    }
+
+    TableExports &exports() const { return *window().findChild<TableExports *>(); }
+    void start(const QString &table) const
+    {
+        exports().start(table, window().connections().open().constFirst().details, path);
+    }
+    QString written() const
+    {
+        QFile file(path);
+        return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+    bool tellsOfSomeRows() const
+    {
+        return DXWait::until([this] {
+            const auto *const label = exports().findChild<QLabel *>();
+            return label && label->isVisible() && label->text().startsWith(u"Exporting shop.slow")
+                   && !label->text().contains(u": 0 rows");
+        });
+    }
+    static int sleepers()
+    {
+        return PostgresCluster::shared()
+            .psql(u"SELECT count(*) FROM pg_stat_activity WHERE query LIKE '%shop.slow%' "
+                  "AND state = 'active' AND pid <> pg_backend_pid()"_qs)
+            .trimmed()
+            .toInt();
+    }
+
+    const QString path = home() + u"/table.csv"_qs;
+};
+
+TEST_F(TableExportTest, writesWhatOtherProgramsReadAsTheSame)
+{
+    start(u"shop.odd"_qs);
+    ASSERT_TRUE(DXWait::until([this] { return !exports().isBusy(); }));
+    EXPECT_EQ(written(), u"\"x,y\",empty,none,number,lines\n"
+                         "\"a \"\"b\"\", c\",\"\",,1.50,\"two\nlines\"\n"
+                         "ü, ,z,-1,\"\"\n"_qs);
+    EXPECT_EQ(statusMessage(), u"2 rows of shop.odd were exported to %1."_qs.arg(path));
+}
+
+TEST_F(TableExportTest, leavesTheFileWhenItIsCancelled)
+{
+    start(u"shop.slow"_qs);
+    ASSERT_TRUE(tellsOfSomeRows());
+    Widgets::click<QPushButton>(&exports(), u"Cancel"_qs);
+    EXPECT_TRUE(DXWait::until([this] { return !exports().isBusy(); }));
+    EXPECT_FALSE(exports().isVisible());
+    EXPECT_TRUE(statusMessage().contains(u"shop.slow was cancelled"))
+        << qPrintable(statusMessage());
+    EXPECT_TRUE(DXWait::until([] { return sleepers() == 0; }));
+    EXPECT_EQ(written(), u"before"_qs);
+    EXPECT_TRUE(failures().isEmpty()) << qPrintable(failures().join(u'\n'));
+}
+
+TEST_F(TableExportTest, saysWhyItFailed)
+{
+    start(u"shop.nowhere"_qs);
+    ASSERT_TRUE(DXWait::until([this] { return !failures().isEmpty(); }));
+    EXPECT_TRUE(failures().constFirst().contains(path)) << qPrintable(failures().constFirst());
+    EXPECT_EQ(written(), u"before"_qs);
+    // What works clears it away.
+    start(u"shop.odd"_qs);
+    EXPECT_TRUE(DXWait::until([this] { return failures().isEmpty(); }));
+}
+
+TEST_F(TableExportTest, isAskedAboutBeforeTheWindowCloses)
+{
+    start(u"shop.slow"_qs);
+    ASSERT_TRUE(tellsOfSomeRows());
+    EXPECT_FALSE(window().close());
+    auto *const question = Widgets::opened<QMessageBox>();
+    EXPECT_TRUE(question->text().contains(u"shop.slow")) << qPrintable(question->text());
+    Widgets::click<QPushButton>(question, u"Quit anyway"_qs);
+    EXPECT_TRUE(DXWait::until([this] { return !window().isVisible(); }));
+    closeWindow();
+    EXPECT_TRUE(DXWait::until([] { return sleepers() == 0; }));
+    EXPECT_EQ(written(), u"before"_qs);
 }
 
 } // namespace
