@@ -37,9 +37,9 @@ const Definition definitions[] = {
     {Id::Quit, QT_TRANSLATE_NOOP("ActionSet", "&Quit"), "Ctrl+Q", ""},
     {Id::Undo, QT_TRANSLATE_NOOP("ActionSet", "&Undo"), "Ctrl+Z", ""},
     {Id::Redo, QT_TRANSLATE_NOOP("ActionSet", "&Redo"), "Ctrl+Shift+Z", ""},
-    {Id::Cut, QT_TRANSLATE_NOOP("ActionSet", "Cu&t"), "", ""},
-    {Id::Copy, QT_TRANSLATE_NOOP("ActionSet", "&Copy"), "", ""},
-    {Id::Paste, QT_TRANSLATE_NOOP("ActionSet", "&Paste"), "", ""},
+    {Id::Cut, QT_TRANSLATE_NOOP("ActionSet", "Cu&t"), "Ctrl+X", ""},
+    {Id::Copy, QT_TRANSLATE_NOOP("ActionSet", "&Copy"), "Ctrl+C", ""},
+    {Id::Paste, QT_TRANSLATE_NOOP("ActionSet", "&Paste"), "Ctrl+V", ""},
     {Id::RunStatement, QT_TRANSLATE_NOOP("ActionSet", "&Run"), "Ctrl+Return; Ctrl+Enter",
      "Action-Run"},
     {Id::RunAll, QT_TRANSLATE_NOOP("ActionSet", "Run &all"), "F5", "Action-RunAll"},
@@ -63,10 +63,10 @@ const Definition definitions[] = {
     {Id::NextTab, QT_TRANSLATE_NOOP("ActionSet", "&Next tab"), "Ctrl+Tab; Ctrl+PgDown", ""},
     {Id::PreviousTab, QT_TRANSLATE_NOOP("ActionSet", "&Previous tab"), "Ctrl+Shift+Tab; Ctrl+PgUp",
      ""},
-    {Id::AppearanceSystem, QT_TRANSLATE_NOOP("ActionSet", "As the &desktop"), "", ""},
-    {Id::AppearanceLight, QT_TRANSLATE_NOOP("ActionSet", "&Light"), "", ""},
-    {Id::AppearanceDark, QT_TRANSLATE_NOOP("ActionSet", "Da&rk"), "", ""},
-    {Id::About, QT_TRANSLATE_NOOP("ActionSet", "&About"), "", ""},
+    {Id::AppearanceSystem, QT_TRANSLATE_NOOP("ActionSet", "As the &desktop"), "Ctrl+Alt+1", ""},
+    {Id::AppearanceLight, QT_TRANSLATE_NOOP("ActionSet", "&Light"), "Ctrl+Alt+2", ""},
+    {Id::AppearanceDark, QT_TRANSLATE_NOOP("ActionSet", "Da&rk"), "Ctrl+Alt+3", ""},
+    {Id::About, QT_TRANSLATE_NOOP("ActionSet", "&About"), "Shift+F1", ""},
 };
 
 } // namespace
@@ -84,6 +84,9 @@ ActionSet::ActionSet(QWidget &window)
         m_actions.insert(definition.id, action);
         m_order.append(action);
     }
+    // Shown in the menu only: each editor, grid and field takes the key itself.
+    for (const Id id : {Id::Cut, Id::Copy, Id::Paste})
+        m_actions[id]->setShortcutContext(Qt::WidgetShortcut);
     updateIcons();
     auto *const appearances = new QActionGroup(&window);
     for (const Id id : {Id::AppearanceSystem, Id::AppearanceLight, Id::AppearanceDark})

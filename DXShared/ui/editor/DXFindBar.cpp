@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QShortcut>
 #include <QToolButton>
 
 #include <algorithm>
@@ -84,11 +85,12 @@ DXFindBar::~DXFindBar()
     m_search->bar = nullptr;
 }
 
-QToolButton *DXFindBar::addButton(QLayout &row, const QString &text, const QString &tip)
+QToolButton *DXFindBar::addButton(QLayout &row, const QString &text, const QString &tip,
+                                  const QKeySequence &key)
 {
     auto *button = new QToolButton(this);
     button->setText(text);
-    button->setToolTip(tip);
+    button->setToolTip(QStringLiteral("%1 (%2)").arg(tip, key.toString(QKeySequence::NativeText)));
     button->setAccessibleName(tip);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
@@ -96,12 +98,22 @@ QToolButton *DXFindBar::addButton(QLayout &row, const QString &text, const QStri
     return button;
 }
 
-QToolButton *DXFindBar::addToggle(QLayout &row, const QString &text, const QString &tip)
+QToolButton *DXFindBar::addToggle(QLayout &row, const QString &text, const QString &tip,
+                                  const QKeySequence &key)
 {
-    QToolButton *button = addButton(row, text, tip);
+    QToolButton *button = addButton(row, text, tip, key);
     button->setCheckable(true);
+    clickOn(key, *button);
     connect(button, &QToolButton::toggled, this, &DXFindBar::queryChanged);
     return button;
+}
+
+// While the bar has the focus: elsewhere such keys open menus.
+void DXFindBar::clickOn(const QKeySequence &key, QToolButton &button)
+{
+    auto *const shortcut = new QShortcut(key, this);
+    shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(shortcut, &QShortcut::activated, &button, &QToolButton::click);
 }
 
 void DXFindBar::buildFindRow(QGridLayout &layout)
@@ -114,10 +126,12 @@ void DXFindBar::buildFindRow(QGridLayout &layout)
     auto *row = new QHBoxLayout;
     row->setSpacing(4);
     layout.addLayout(row, 0, 1);
-    m_case = addToggle(*row, QStringLiteral("Aa"), tr("Match case"));
-    m_words = addToggle(*row, QStringLiteral("W"), tr("Whole words"));
-    m_expression = addToggle(*row, QStringLiteral(".*"), tr("Regular expression"));
-    m_inSelection = addToggle(*row, QStringLiteral("[…]"), tr("Only in the selected lines"));
+    m_case = addToggle(*row, QStringLiteral("Aa"), tr("Match case"), Qt::ALT | Qt::Key_C);
+    m_words = addToggle(*row, QStringLiteral("W"), tr("Whole words"), Qt::ALT | Qt::Key_W);
+    m_expression =
+        addToggle(*row, QStringLiteral(".*"), tr("Regular expression"), Qt::ALT | Qt::Key_R);
+    m_inSelection = addToggle(*row, QStringLiteral("[…]"), tr("Only in the selected lines"),
+                              Qt::ALT | Qt::Key_L);
     m_inSelection->setEnabled(false);
     m_count->setTextFormat(Qt::PlainText);
     m_count->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -125,12 +139,12 @@ void DXFindBar::buildFindRow(QGridLayout &layout)
     m_count->setMinimumWidth(
         m_count->fontMetrics().horizontalAdvance(QStringLiteral("9,999 of 9,999")));
     row->addWidget(m_count);
-    connect(addButton(*row, QStringLiteral("↑"), tr("Previous match")), &QToolButton::clicked, this,
-            &DXFindBar::findPrevious);
-    connect(addButton(*row, QStringLiteral("↓"), tr("Next match")), &QToolButton::clicked, this,
-            &DXFindBar::findNext);
-    connect(addButton(*row, QStringLiteral("✕"), tr("Close")), &QToolButton::clicked, this,
-            &DXFindBar::dismiss);
+    connect(addButton(*row, QStringLiteral("↑"), tr("Previous match"), Qt::SHIFT | Qt::Key_F3),
+            &QToolButton::clicked, this, &DXFindBar::findPrevious);
+    connect(addButton(*row, QStringLiteral("↓"), tr("Next match"), Qt::Key_F3),
+            &QToolButton::clicked, this, &DXFindBar::findNext);
+    connect(addButton(*row, QStringLiteral("✕"), tr("Close"), Qt::Key_Escape),
+            &QToolButton::clicked, this, &DXFindBar::dismiss);
 }
 
 void DXFindBar::buildReplaceRow(QGridLayout &layout)
@@ -142,10 +156,12 @@ void DXFindBar::buildReplaceRow(QGridLayout &layout)
     auto *row = new QHBoxLayout(m_replaceButtons);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(4);
-    connect(addButton(*row, tr("Replace"), tr("Replace this match")), &QToolButton::clicked, this,
-            &DXFindBar::replaceCurrent);
-    connect(addButton(*row, tr("Replace All"), tr("Replace all matches")), &QToolButton::clicked,
-            this, &DXFindBar::replaceAll);
+    connect(addButton(*row, tr("Replace"), tr("Replace this match"), Qt::Key_Return),
+            &QToolButton::clicked, this, &DXFindBar::replaceCurrent);
+    const QKeySequence allKey(Qt::CTRL | Qt::ALT | Qt::Key_Return);
+    QToolButton *all = addButton(*row, tr("Replace All"), tr("Replace all matches"), allKey);
+    connect(all, &QToolButton::clicked, this, &DXFindBar::replaceAll);
+    clickOn(allKey, *all);
     row->addStretch();
     layout.addWidget(m_replaceButtons, 1, 1);
 }

@@ -66,8 +66,11 @@ private:
 
     void buildFindRow(QGridLayout &layout);
     void buildReplaceRow(QGridLayout &layout);
-    QToolButton *addToggle(QLayout &row, const QString &text, const QString &tip);
-    QToolButton *addButton(QLayout &row, const QString &text, const QString &tip);
+    QToolButton *addToggle(QLayout &row, const QString &text, const QString &tip,
+                           const QKeySequence &key);
+    void clickOn(const QKeySequence &key, QToolButton &button);
+    QToolButton *addButton(QLayout &row, const QString &text, const QString &tip,
+                           const QKeySequence &key);
     void addActions();
     void open(bool replaces);
     void takeSelection();

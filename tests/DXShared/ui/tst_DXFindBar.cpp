@@ -39,10 +39,10 @@ protected:
         }
         return nullptr;
     }
-    QToolButton *button(const QString &tip) const
+    QToolButton *button(const QString &name) const
     {
         for (QToolButton *each : bar->findChildren<QToolButton *>()) {
-            if (each->toolTip() == tip)
+            if (each->accessibleName() == name)
                 return each;
         }
         return nullptr;
@@ -100,11 +100,11 @@ TEST_F(DXFindBarTest, findsFromTheCaretOnAndAround)
     EXPECT_TRUE(says(u"1 of 3"_qs));
     QTest::keyClick(field(u"Find"_qs), Qt::Key_Return, Qt::ShiftModifier);
     EXPECT_TRUE(says(u"3 of 3"_qs));
-    button(u"Match case"_qs)->click();
+    QTest::keyClick(field(u"Find"_qs), Qt::Key_C, Qt::AltModifier);
     EXPECT_TRUE(says(u"2 of 2"_qs));
     look(u"on"_qs);
     EXPECT_TRUE(says(u"2 of 2"_qs));
-    button(u"Whole words"_qs)->click();
+    QTest::keyClick(field(u"Find"_qs), Qt::Key_W, Qt::AltModifier);
     EXPECT_TRUE(says(u"No matches"_qs));
     // What is edited is looked at again.
     editor->insertAt(u"on "_qs, 0, 0);
@@ -143,7 +143,8 @@ TEST_F(DXFindBarTest, replacesOneAndAllAsOneStep)
     button(u"Replace this match"_qs)->click();
     ASSERT_TRUE(says(u"1 of 2"_qs));
     EXPECT_EQ(selected(), u"1:a, [b=2]\nc=3"_qs);
-    button(u"Replace all matches"_qs)->click();
+    QTest::keyClick(field(u"Replace with"_qs), Qt::Key_Return,
+                    Qt::ControlModifier | Qt::AltModifier);
     EXPECT_TRUE(says(u"Replaced 2"_qs));
     EXPECT_EQ(editor->text(), u"1:a, 2:b\n3:c"_qs);
     editor->undo();
