@@ -19,10 +19,7 @@ void TreeKeys::connect(const ActionSet &actions, DXDatabaseTreeView &tree, Statu
         sidebar->setChecked(true);
         tree.findChild<QLineEdit *>()->setFocus(Qt::ShortcutFocusReason);
     });
-    actions.connect(Id::Refresh, [&tree] {
-        if (const auto entry = tree.currentlySelectedDatabaseTreeEntry())
-            tree.doRefreshDatabaseTreeEntry(entry);
-    });
+    actions.connect(Id::Refresh, [&tree] { tree.refresh(); });
     actions.connect(Id::NewStoredProcedure, [&tree, &status] {
         const auto entry = tree.currentlySelectedDatabaseTreeEntry();
         const auto helper = entry ? entry->contextHelper() : nullptr;

@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -83,7 +84,8 @@ DXDatabaseTreeView::DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &del
     , m_stack(new QStackedWidget)
     , m_tree(createTree(*m_model))
     , m_resultsTree(createTree(*m_results))
-    , m_nothingFound(new QLabel)
+    , m_nothingFound(new QWidget)
+    , m_nothingFoundText(new QLabel)
 {
     m_searchField->setPlaceholderText(tr("Search"));
     m_searchField->setAccessibleName(tr("Search tables, views and functions"));
@@ -97,11 +99,7 @@ DXDatabaseTreeView::DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &del
     m_tree->setAccessibleName(tr("Catalogue"));
     m_resultsTree->setAccessibleName(tr("Search results"));
     connect(m_results, &QAbstractItemModel::rowsInserted, this, &DXDatabaseTreeView::unfoldResults);
-    m_nothingFound->setTextFormat(Qt::PlainText);
-    m_nothingFound->setWordWrap(true);
-    m_nothingFound->setContentsMargins(12, 8, 12, 8);
-    m_nothingFound->setForegroundRole(QPalette::PlaceholderText);
-    m_nothingFound->hide();
+    fillNothingFound();
     m_stack->addWidget(m_tree);
     m_stack->addWidget(m_resultsTree);
 
@@ -122,6 +120,22 @@ DXDatabaseTreeView::DXDatabaseTreeView(DXDatabaseTreeViewControllerDelegate &del
 }
 
 DXDatabaseTreeView::~DXDatabaseTreeView() = default;
+
+void DXDatabaseTreeView::fillNothingFound()
+{
+    m_nothingFoundText->setTextFormat(Qt::PlainText);
+    m_nothingFoundText->setWordWrap(true);
+    m_nothingFoundText->setForegroundRole(QPalette::PlaceholderText);
+    auto *const again = new QPushButton(tr("Read the names again"));
+    again->setAutoDefault(false);
+    connect(again, &QPushButton::clicked, this, &DXDatabaseTreeView::refresh);
+    auto *const column = new QVBoxLayout(m_nothingFound);
+    column->setContentsMargins(12, 8, 12, 8);
+    column->setSpacing(8);
+    column->addWidget(m_nothingFoundText);
+    column->addWidget(again, 0, Qt::AlignLeft);
+    m_nothingFound->hide();
+}
 
 QTreeView *DXDatabaseTreeView::createTree(DXDatabaseTreeModel &model)
 {
@@ -209,6 +223,17 @@ void DXDatabaseTreeView::doRefreshDatabaseTreeEntry(
             return;
         }
     }
+}
+
+void DXDatabaseTreeView::refresh()
+{
+    const auto entry = currentlySelectedDatabaseTreeEntry();
+    if (entry && shownTree() == m_tree) {
+        doRefreshDatabaseTreeEntry(entry);
+        return;
+    }
+    for (const auto &root : m_model->roots())
+        doRefreshDatabaseTreeEntry(root);
 }
 
 std::unique_ptr<QMenu> DXDatabaseTreeView::createMenu(DXDatabaseTreeEntry &entry)
@@ -357,7 +382,7 @@ void DXDatabaseTreeView::showResults(const DXDatabaseTreeEntry::List &results)
 {
     m_results->setRoots(results);
     m_stack->setCurrentWidget(m_resultsTree);
-    m_nothingFound->setText(
+    m_nothingFoundText->setText(
         tr("No table, view or function has \"%1\" in its name.").arg(m_searchField->text()));
     m_nothingFound->setVisible(results.isEmpty());
     m_shownHits = 0;

@@ -41,6 +41,9 @@ public:
     /// The menu of entry, or null when it has nothing to offer; the caller owns it.
     std::unique_ptr<QMenu> createMenu(DXDatabaseTreeEntry &entry);
 
+    /// Loads the selected entry again; all roots when none is, or while a search is shown.
+    void refresh();
+
     std::shared_ptr<DXDatabaseTreeEntry> currentlySelectedDatabaseTreeEntry() const override;
     DXDatabaseTreeEntry::List allRoots() const override;
     void deselectAll() override;
@@ -58,6 +61,7 @@ protected:
 private:
     QTreeView *createTree(DXDatabaseTreeModel &model);
     QTreeView *shownTree() const;
+    void fillNothingFound();
     bool keyPressed(int key, Qt::KeyboardModifiers modifiers);
     void addFailureItems(QMenu &menu, DXDatabaseTreeEntry &entry);
     void showMenu(const QPoint &position);
@@ -76,7 +80,8 @@ private:
     QStackedWidget *const m_stack;
     QTreeView *const m_tree;
     QTreeView *const m_resultsTree;
-    QLabel *const m_nothingFound;
+    QWidget *const m_nothingFound;
+    QLabel *const m_nothingFoundText;
     qsizetype m_shownHits = 0;
     QTimer m_animation;
     // The entries that failures tell of, by what names those.

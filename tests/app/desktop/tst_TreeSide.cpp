@@ -85,6 +85,10 @@ TEST_F(TreeSideTest, unfoldsWhatASearchFound)
             return label->isVisible() && label->text().contains(u"\"nothing at all\"");
         });
     }));
+    // What another program made meanwhile is there once it is asked for.
+    PostgresCluster::shared().psql(u"CREATE TABLE shop.\"nothing at all\" (z int)"_qs);
+    press(Qt::Key_R, Qt::ControlModifier);
+    find({server, u"postgres"_qs, u"shop.nothing at all"_qs, u"z"_qs});
 }
 
 TEST_F(TreeSideTest, tellsOfARefreshThatFailed)
