@@ -9,6 +9,7 @@
 #include "desktop/documents/Documents.h"
 #include "desktop/documents/TextFile.h"
 #include "query/SQLTokenizer.h"
+#include "ui/DXAlwaysVisibleUserNotification.h"
 #include "ui/DXFailureList.h"
 #include "ui/DXSaveDialog.h"
 #include "ui/editor/DXSQLEditor.h"
@@ -45,11 +46,16 @@ TreeCommands::TreeCommands(const Init &init)
     : m_init(init)
 {
     const TableExports &exports = init.exports;
-    QObject::connect(&exports, &TableExports::succeeded, &init.status,
-                     [init](const QString &path, const QString &message) {
-                         init.failures.settle(path);
-                         init.status.announce(message);
-                     });
+    QObject::connect(
+        &exports, &TableExports::succeeded, &init.status,
+        [init](const QString &path, const QString &message) {
+            init.failures.settle(path);
+            // A long export is not watched.
+            if (init.exports.isActiveWindow())
+                init.status.announce(message);
+            else
+                DXAlwaysVisibleUserNotification{.title = tr("Export"), .text = message}.deliver();
+        });
     QObject::connect(&exports, &TableExports::cancelled, &init.status, &StatusLine::announce);
     QObject::connect(&exports, &TableExports::failed, &init.failures,
                      [&failures = init.failures](const QString &path, const QString &headline,

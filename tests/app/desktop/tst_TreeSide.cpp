@@ -200,7 +200,9 @@ TEST_F(TableExportTest, writesWhatOtherProgramsReadAsTheSame)
     EXPECT_EQ(written(), u"\"x,y\",empty,none,number,lines\n"
                          "\"a \"\"b\"\", c\",\"\",,1.50,\"two\nlines\"\n"
                          "ü, ,z,-1,\"\"\n"_qs);
-    EXPECT_EQ(statusMessage(), u"2 rows of shop.odd were exported to %1."_qs.arg(path));
+    const QString told = u"2 rows of shop.odd were exported to %1."_qs.arg(path);
+    EXPECT_TRUE(DXWait::until([&] { return statusMessage() == told; }))
+        << qPrintable(statusMessage());
 }
 
 TEST_F(TableExportTest, leavesTheFileWhenItIsCancelled)
