@@ -22,6 +22,8 @@ constexpr int sampledCells = 20'000;
 constexpr int narrowest = 40;
 constexpr int widest = 360;
 constexpr int padding = 16;
+// Numbers count up: room for these digits where more rows are to come than were measured.
+constexpr int foreseenDigits = 9;
 
 /// NULL is told from the text by its colour and slant.
 class CellDelegate final : public QStyledItemDelegate
@@ -81,12 +83,16 @@ void DXResultGrid::fitColumns()
     const int rows =
         std::min({m_model->rowCount(), sampledRows,
                   std::max(fewestSampledRows, sampledCells / std::max(1, m_model->columnCount()))});
+    const bool isSample = rows < m_model->rowCount() || !m_model->details().isFinished();
+    const int foreseen = isSample ? cell.horizontalAdvance(QString(foreseenDigits, u'0')) : 0;
     for (int column = 0; column < m_model->columnCount(); ++column) {
         int width =
             heading.horizontalAdvance(m_model->headerData(column, Qt::Horizontal).toString());
         for (int row = 0; row < rows && width < widest; ++row)
             width = std::max(width,
                              cell.horizontalAdvance(m_model->index(row, column).data().toString()));
+        if (m_model->isNumeric(column))
+            width = std::max(width, foreseen);
         setColumnWidth(column, std::clamp(width + padding, narrowest, widest));
     }
 }

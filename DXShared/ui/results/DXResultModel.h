@@ -40,9 +40,10 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;
 
-private:
+    /// Whether the first rows hold numbers there.
     bool isNumeric(int column) const;
 
+private:
     const std::shared_ptr<const DXQueryResultDetails> m_details;
     const QStringList m_columnNames;
     QTimer m_timer;

@@ -306,6 +306,8 @@ TEST_F(DXResultGridTest, fitsColumnsToWhatCameFirst)
     const int fitted = grid.columnWidth(1);
     EXPECT_GT(fitted, before);
     EXPECT_LT(fitted, 400);
+    // Identifiers go on.
+    EXPECT_GE(grid.columnWidth(0), grid.fontMetrics().horizontalAdvance(u"123456789"_qs));
     // By a double click on the heading's edge.
     grid.resize(800, 300);
     grid.resizeColumnToContents(1);
