@@ -32,6 +32,8 @@ DXTheme::Appearance rememberedDesktop()
 
 void apply(const DXTheme &theme)
 {
+    // While there is a sheet, widgets get back with each change what colours they had when it came.
+    qApp->setStyleSheet({});
     QApplication::setPalette(theme.palette());
     const QString sheet = QStringLiteral(
         "QToolBar { border: 0; border-bottom: 1px solid %1; padding: 4px 8px; spacing: 4px; }"

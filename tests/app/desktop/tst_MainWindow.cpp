@@ -21,12 +21,16 @@
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeView>
+
+#include <algorithm>
+#include <cmath>
 
 namespace
 {
@@ -329,6 +333,51 @@ TEST_F(MainWindowTest, bringsTextsBackWithoutConnecting)
     open();
     EXPECT_TRUE(DXWait::until([this] { return hasJournal(); }));
     EXPECT_EQ(window().documents().count(), 0);
+}
+
+// The contrast of two colours as the Web Content Accessibility Guidelines define it.
+double contrast(const QColor &one, const QColor &other)
+{
+    const auto luminance = [](const QColor &color) {
+        const auto linear = [](float part) {
+            return part <= 0.03928F ? part / 12.92F : std::pow((part + 0.055F) / 1.055F, 2.4F);
+        };
+        return 0.2126F * linear(color.redF()) + 0.7152F * linear(color.greenF())
+               + 0.0722F * linear(color.blueF()) + 0.05F;
+    };
+    const float first = luminance(one);
+    const float second = luminance(other);
+    return double(std::max(first, second) / std::min(first, second));
+}
+
+TEST_F(MainWindowTest, staysReadableWhenItsColoursChange)
+{
+    open().openArguments({uri(PostgresCluster::shared()), u"/no/such/file.sql"_qs});
+    ASSERT_TRUE(DXWait::until([this] { return window().documents().current() != nullptr; }));
+    ASSERT_TRUE(run(u"BEGIN; SELECT 1"_qs));
+    ASSERT_TRUE(DXWait::until([this] { return !failures().isEmpty(); }));
+    tab().editor().setFocus();
+    press(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), u"select"_qs);
+    const auto isFound = [](const QLabel *label) { return label->text() == u"1 of 1"; };
+    ASSERT_TRUE(DXWait::until(
+        [&] { return std::ranges::any_of(tab().findChildren<QLabel *>(), isFound); }));
+    for (const auto appearance : {Id::AppearanceDark, Id::AppearanceLight}) {
+        window().actions()[appearance]->trigger();
+        window().grab();
+        int looked = 0;
+        for (const QLabel *const label : window().findChildren<QLabel *>()) {
+            if (!label->isVisible() || !label->isEnabled() || label->text().isEmpty())
+                continue;
+            ++looked;
+            const QPalette colors = label->palette();
+            EXPECT_GE(
+                contrast(colors.color(label->foregroundRole()), colors.color(QPalette::Window)),
+                4.5)
+                << qPrintable(label->text());
+        }
+        EXPECT_GE(looked, 4);
+    }
 }
 
 } // namespace
