@@ -5,6 +5,7 @@
 #include "client/DabroDBC.h"
 #include "core/DXNotificationCenter.h"
 #include "ui/DXAlwaysVisibleUserNotification.h"
+#include "ui/DXDurationText.h"
 #include "ui/DXTheme.h"
 #include "ui/query/DXQuerySession.h"
 #include "ui/query/DXQueryTab.h"
@@ -76,7 +77,7 @@ QString StatusLine::transactionText() const
         return {};
     const DXQuerySession &session = m_tab->session();
     if (session.isInTransaction())
-        return tr("in transaction %1").arg(DXQueryTab::clockText(session.transactionAge()));
+        return tr("in transaction %1").arg(DXDurationText::clock(session.transactionAge()));
     return session.commitsManually() ? tr("manual commit") : QString();
 }
 

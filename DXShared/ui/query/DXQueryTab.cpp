@@ -7,6 +7,7 @@
 #include "client/DabroDBC.h"
 #include "client/DabroDatabaseClient.h"
 #include "editing/DXSQLCompletion.h"
+#include "ui/DXDurationText.h"
 #include "ui/DXFailureList.h"
 #include "ui/editor/DXCompletionPopup.h"
 #include "ui/editor/DXFindBar.h"
@@ -361,7 +362,7 @@ DXResultText::Dialect DXQueryTab::dialect() const
 
 QString DXQueryTab::summary() const
 {
-    const QString duration = durationText(m_session->elapsed());
+    const QString duration = DXDurationText::rounded(m_session->elapsed());
     switch (m_session->state()) {
     case DXQuerySession::State::Connecting:
         return tr("Connecting · %1").arg(duration);
@@ -376,26 +377,4 @@ QString DXQueryTab::summary() const
     const qint64 rows = m_result->totalResultCount();
     return rows == 1 ? tr("1 row · %1").arg(duration)
                      : tr("%1 rows · %2").arg(QLocale().toString(rows), duration);
-}
-
-QString DXQueryTab::durationText(qint64 milliseconds)
-{
-    if (milliseconds < 1000)
-        return tr("%1 ms").arg(milliseconds);
-    if (milliseconds < 60000)
-        return tr("%1 s").arg(QLocale().toString(static_cast<double>(milliseconds) / 1000, 'f', 1));
-    return clockText(milliseconds);
-}
-
-QString DXQueryTab::clockText(qint64 milliseconds)
-{
-    const auto twoDigits = [](qint64 number) {
-        return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
-    };
-    const qint64 minutes = milliseconds / 60000;
-    const QString seconds = twoDigits(milliseconds / 1000 % 60);
-    if (minutes < 60)
-        return QStringLiteral("%1:%2").arg(QString::number(minutes), seconds);
-    return QStringLiteral("%1:%2:%3")
-        .arg(QString::number(minutes / 60), twoDigits(minutes % 60), seconds);
 }

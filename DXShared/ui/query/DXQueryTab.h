@@ -78,11 +78,6 @@ public:
     /// What the last run yielded and how long it took, or takes, in one line.
     QString summary() const;
 
-    /// A duration as people read it: 38 ms, 2.4 s, 1:05.
-    static QString durationText(qint64 milliseconds);
-    /// A duration in whole seconds: 0:42, 1:05:00.
-    static QString clockText(qint64 milliseconds);
-
 Q_SIGNALS:
     /// summary(), or the session's state or transaction, is another.
     void statusChanged();
