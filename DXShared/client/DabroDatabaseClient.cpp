@@ -10,6 +10,11 @@ using namespace Qt::StringLiterals;
 DabroDatabaseClient::DabroDatabaseClient() = default;
 DabroDatabaseClient::~DabroDatabaseClient() = default;
 
+bool DabroDatabaseClient::hasFailedTransaction() const
+{
+    return false;
+}
+
 QString DabroDatabaseClient::connectionSummary() const
 {
     return {};

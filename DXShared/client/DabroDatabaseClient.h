@@ -47,6 +47,10 @@ public:
     virtual bool isAlive() const = 0;
     /// Whether a transaction is open, so that giving the connection to somebody else would leak it.
     virtual bool isInTransaction() const = 0;
+    /// Whether a transaction is open in which a statement failed, so that the server refuses all
+    /// others until it is rolled back, or back to a savepoint. False for drivers whose servers go
+    /// on after a failure.
+    virtual bool hasFailedTransaction() const;
     /// Puts the session back as connect() left it, so that another borrower can use it. *Result
     /// decides.*
     virtual bool resetSession(DXError *error) = 0;

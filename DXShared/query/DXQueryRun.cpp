@@ -49,6 +49,7 @@ DXQueryRun::Outcome DXQueryRun::run(DabroDatabaseClient &client,
     }
     outcome.isConnected = client.isAlive();
     outcome.isInTransaction = client.isInTransaction();
+    outcome.hasFailedTransaction = client.hasFailedTransaction();
     outcome.serverVersion = client.serverVersion();
     outcome.connectionSummary = client.connectionSummary();
     return outcome;

@@ -58,6 +58,8 @@ public:
         QString connectionSummary = {};
         bool isConnected = false;
         bool isInTransaction = false;
+        /// Whether the server does nothing in it any more but end it.
+        bool hasFailedTransaction = false;
     };
 
     explicit DXQueryRun(const Init &init);

@@ -303,6 +303,11 @@ bool PostgresDatabaseClient::isInTransaction() const
     return status == PQTRANS_ACTIVE || status == PQTRANS_INTRANS || status == PQTRANS_INERROR;
 }
 
+bool PostgresDatabaseClient::hasFailedTransaction() const
+{
+    return isConnected() && PQtransactionStatus(m_internalConnection->get()) == PQTRANS_INERROR;
+}
+
 bool PostgresDatabaseClient::resetSession(DXError *error)
 {
     DX_ASSERT_BACKGROUND();

@@ -31,6 +31,7 @@ public:
     bool isConnected() const override;
     bool isAlive() const override;
     bool isInTransaction() const override;
+    bool hasFailedTransaction() const override;
     bool resetSession(DXError *error) override;
     /// The server's version, such as 9.6.2; null before a successful connect.
     QString postgresVersion() const { return m_internalVersionString; }

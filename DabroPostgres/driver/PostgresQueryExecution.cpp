@@ -96,8 +96,7 @@ bool PostgresDatabaseClient::beginTransaction(DXError *error)
 
 bool PostgresDatabaseClient::commitTransaction(DXError *error)
 {
-    const bool hasFailed =
-        m_internalConnection && PQtransactionStatus(m_internalConnection->get()) == PQTRANS_INERROR;
+    const bool hasFailed = hasFailedTransaction();
     DXError failure;
     executeNonQuery(QStringLiteral("COMMIT"), &failure);
     // The server takes this for a success.

@@ -227,9 +227,12 @@ void CliProgram::showTree()
 void CliProgram::interact()
 {
     const auto promptName = [this] {
-        const QString database = m_session->client().databaseConnectionDetails()->database();
-        return (database.isEmpty() ? m_details->username() : database)
-               + (m_session->client().isInTransaction() ? QLatin1String("*") : QLatin1String());
+        const DabroDatabaseClient &client = m_session->client();
+        const QString database = client.databaseConnectionDetails()->database();
+        const QLatin1String mark(client.hasFailedTransaction() ? "!"
+                                 : client.isInTransaction()    ? "*"
+                                                               : "");
+        return (database.isEmpty() ? m_details->username() : database) + mark;
     };
     m_interactive = std::make_unique<CliInteractive>(
         CliInteractive::Init{.console = m_console,

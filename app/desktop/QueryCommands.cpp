@@ -119,7 +119,9 @@ void QueryCommands::update()
     m_actions[Id::RunStatement]->setEnabled(isThere && !isBusy);
     m_actions[Id::RunAll]->setEnabled(isThere && !isBusy);
     m_actions[Id::Cancel]->setEnabled(isBusy);
-    m_actions[Id::Commit]->setEnabled(isOpen && !isBusy);
+    // The server would roll back instead.
+    const bool canCommit = isOpen && !m_tab->session().hasFailedTransaction();
+    m_actions[Id::Commit]->setEnabled(canCommit && !isBusy);
     m_actions[Id::RollBack]->setEnabled(isOpen && !isBusy);
     for (const Id id : {Id::NextResult, Id::PreviousResult, Id::CopyAs, Id::SaveCsv})
         m_actions[id]->setEnabled(isThere && !m_tab->resultPages().isEmpty());

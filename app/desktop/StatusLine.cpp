@@ -76,8 +76,11 @@ QString StatusLine::transactionText() const
     if (!m_tab)
         return {};
     const DXQuerySession &session = m_tab->session();
+    const QString age = DXDurationText::clock(session.transactionAge());
+    if (session.hasFailedTransaction())
+        return tr("in failed transaction %1").arg(age);
     if (session.isInTransaction())
-        return tr("in transaction %1").arg(DXDurationText::clock(session.transactionAge()));
+        return tr("in transaction %1").arg(age);
     return session.commitsManually() ? tr("manual commit") : QString();
 }
 
@@ -87,8 +90,10 @@ void StatusLine::update()
     m_server->setText(m_tab ? serverText(*m_tab, m_product) : QString());
     m_summary->setText(m_tab ? m_tab->summary() : QString());
     m_transaction->setText(transactionText());
+    const bool hasFailed = m_tab && m_tab->session().hasFailedTransaction();
     QPalette colors = palette();
-    colors.setColor(QPalette::WindowText, DXTheme::of(colors).warning);
+    const DXTheme &theme = DXTheme::of(colors);
+    colors.setColor(QPalette::WindowText, hasFailed ? theme.danger : theme.warning);
     m_transaction->setPalette(colors);
     if (!isOpen)
         m_clock.stop();

@@ -168,6 +168,7 @@ void DXQuerySession::forgetConnection()
     m_wasConnected = false;
     m_isConnected = false;
     m_transaction.invalidate();
+    m_hasFailedTransaction = false;
     m_serverVersion = QString();
     m_connectionSummary = QString();
     Q_EMIT stateChanged();
@@ -268,6 +269,7 @@ void DXQuerySession::finish()
         m_serverVersion = outcome.serverVersion;
         m_connectionSummary = outcome.connectionSummary;
     }
+    m_hasFailedTransaction = outcome.hasFailedTransaction;
     if (!outcome.isInTransaction)
         m_transaction.invalidate();
     else if (!m_transaction.isValid())

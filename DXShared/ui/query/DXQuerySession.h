@@ -58,6 +58,8 @@ public:
 
     /// Whether a transaction was open when the server was last heard of.
     bool isInTransaction() const { return m_transaction.isValid(); }
+    /// Whether a statement failed in it, so that the server does nothing more but roll it back.
+    bool hasFailedTransaction() const { return m_hasFailedTransaction; }
     /// For how long one has been open, in milliseconds.
     qint64 transactionAge() const;
     /// Whether what is run opens a transaction where none is open, for the user to commit.
@@ -124,6 +126,7 @@ private:
     bool m_isCancelUnderWay = false;
     std::optional<DXQueryRun::Outcome> m_outcome;
     QElapsedTimer m_transaction;
+    bool m_hasFailedTransaction = false;
     QElapsedTimer m_clock;
     qint64 m_elapsed = 0;
     QTimer m_cancelTimer;

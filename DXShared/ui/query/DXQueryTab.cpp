@@ -14,6 +14,7 @@
 #include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXMessageView.h"
 #include "ui/query/DXQuerySession.h"
+#include "ui/query/DXTransactionNote.h"
 #include "ui/results/DXResultOutput.h"
 #include "ui/results/DXResultPage.h"
 #include "ui/results/DXValueView.h"
@@ -81,6 +82,7 @@ DXQueryTab::DXQueryTab(const Init &init, QWidget *parent)
     , m_editor(createEditor(*init.details))
     , m_completion(new DXCompletionPopup(*m_editor))
     , m_session(new DXQuerySession({.details = init.details}, this))
+    , m_transactionNote(std::make_unique<DXTransactionNote>(*m_session, *m_failures))
     , m_messages(new DXMessageView)
     , m_results(new QTabWidget)
     , m_output(new DXResultOutput)

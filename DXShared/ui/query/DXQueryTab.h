@@ -23,6 +23,7 @@ class DXResultOutput;
 class DXResultPage;
 class DXSQLCompletion;
 class DXSQLEditor;
+class DXTransactionNote;
 class DXValueView;
 class DabroDBC;
 class DabroDatabaseClient;
@@ -105,6 +106,7 @@ private:
     DXSQLEditor *const m_editor;
     DXCompletionPopup *const m_completion;
     DXQuerySession *const m_session;
+    const std::unique_ptr<DXTransactionNote> m_transactionNote;
     DXMessageView *const m_messages;
     QTabWidget *const m_results;
     DXResultOutput *const m_output;

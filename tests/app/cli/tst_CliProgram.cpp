@@ -413,7 +413,7 @@ TEST_F(CliProgramTest, AsksForStatementsOnATerminal)
     ASSERT_TRUE(DXWait::until([] { return isActive(u"typed"_qs); }));
     run.type("\x03");
     ASSERT_TRUE(run.awaitOnTerminal("canceling statement"));
-    ASSERT_TRUE(run.awaitOnTerminal("postgres*=> "));
+    ASSERT_TRUE(run.awaitOnTerminal("postgres!=> "));
     run.type("ROLLBACK; SELECT nope;\n");
     ASSERT_TRUE(run.awaitOnTerminal("^^^^"));
     ASSERT_TRUE(run.awaitOnTerminal("postgres=> "));

@@ -15,6 +15,7 @@
 #include "ui/tree/DXDatabaseTreeView.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QStatusBar>
 #include <QTreeView>
 
@@ -125,6 +126,14 @@ QStringList DesktopTest::failures() const
 QString DesktopTest::statusMessage() const
 {
     return m_window->statusBar()->currentMessage();
+}
+
+QString DesktopTest::statusText() const
+{
+    QStringList texts;
+    for (const QLabel *const label : m_window->statusBar()->findChildren<QLabel *>())
+        texts.append(label->text());
+    return texts.join(u'|');
 }
 
 QString DesktopTest::cells(int result) const

@@ -48,6 +48,8 @@ protected:
     QStringList failures() const;
     /// What the status line announces.
     QString statusMessage() const;
+    /// What the status line says all the time, its parts apart by "|".
+    QString statusText() const;
     /// The cells of a result, fields apart by "|" and rows by line breaks.
     QString cells(int result) const;
     /// Presses a key of the window.

@@ -6,6 +6,7 @@
 #include "desktop/documents/Documents.h"
 #include "support/DXWait.h"
 #include "support/Widgets.h"
+#include "ui/DXFailureList.h"
 #include "ui/editor/DXSQLEditor.h"
 #include "ui/query/DXMessageView.h"
 #include "ui/query/DXQuerySession.h"
@@ -16,12 +17,11 @@
 #include "ui/results/DXResultPage.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFile>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QStatusBar>
 #include <QTcpServer>
 
 #include <csignal>
@@ -41,14 +41,6 @@ protected:
     {
         open().openArguments({uri(PostgresCluster::shared())});
         EXPECT_TRUE(DXWait::until([this] { return window().documents().current() != nullptr; }));
-    }
-
-    QString statusText() const
-    {
-        QStringList texts;
-        for (const QLabel *const label : window().statusBar()->findChildren<QLabel *>())
-            texts.append(label->text());
-        return texts.join(u'|');
     }
 };
 
@@ -252,6 +244,41 @@ TEST_F(QueryTab, keepsItsTransactionAndShowsIt)
     EXPECT_TRUE(tab().session().isInTransaction());
     Widgets::click<QPushButton>(Widgets::opened<QMessageBox>(), u"Quit anyway"_qs);
     EXPECT_TRUE(DXWait::until([this] { return !window().isVisible(); }));
+}
+
+TEST_F(QueryTab, saysThatItsTransactionHasFailed)
+{
+    const ActionSet &actions = window().actions();
+    ASSERT_TRUE(run(u"BEGIN; SAVEPOINT s"_qs));
+    EXPECT_TRUE(failures().isEmpty());
+    ASSERT_TRUE(run(u"SELECT 1 / 0"_qs));
+    EXPECT_THAT(statusText().toStdString(), HasSubstr("in failed transaction 0:0"));
+    EXPECT_FALSE(actions[Id::Commit]->isEnabled());
+    EXPECT_TRUE(actions[Id::RollBack]->isEnabled());
+    EXPECT_THAT(failures().join(u'\n').toStdString(), HasSubstr("The transaction has failed."));
+
+    ASSERT_TRUE(run(u"ROLLBACK TO s"_qs));
+    EXPECT_THAT(statusText().toStdString(), HasSubstr("in transaction 0:0"));
+    EXPECT_TRUE(actions[Id::Commit]->isEnabled());
+    EXPECT_TRUE(failures().isEmpty());
+
+    // What was put away is said again when it is the reason.
+    ASSERT_TRUE(run(u"SELECT 1 / 0"_qs));
+    tab().failures().focusNewest();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(failures().isEmpty());
+    ASSERT_TRUE(run(u"SELECT 2"_qs));
+    EXPECT_EQ(failures().size(), 1);
+    Widgets::click<QPushButton>(&tab().failures(), u"Roll back"_qs);
+    ASSERT_TRUE(becomesIdle());
+    EXPECT_FALSE(tab().session().isInTransaction());
+    EXPECT_FALSE(statusText().contains(u"transaction"));
+    EXPECT_TRUE(failures().isEmpty());
+
+    // Nor does it outlive its connection.
+    ASSERT_TRUE(run(u"BEGIN; SELECT 1 / 0"_qs));
+    tab().session().leave();
+    EXPECT_TRUE(failures().isEmpty());
 }
 
 TEST_F(QueryTab, viewsAndSavesWhatArrived)
