@@ -50,6 +50,10 @@ public:
     void setColumnTypes(const QList<quint32> &types);
     QList<DXQueryMessage> messages() const;
     void setMessages(const QList<DXQueryMessage> &messages);
+    /// Whether the statement was to commit the transaction, or to prepare it, and the server, which
+    /// takes that for a success, rolled it back instead: an earlier statement in it had failed.
+    bool hasRolledBackInstead() const { return m_rolledBackInstead; }
+    void setRolledBackInstead(bool rolledBack) { m_rolledBackInstead = rolledBack; }
     bool isFinished() const { return m_finished.load(std::memory_order_acquire); }
     void setFinished(bool finished) { m_finished.store(finished, std::memory_order_release); }
 
@@ -74,5 +78,6 @@ private:
     QList<quint32> m_columnTypes;
     QList<DXQueryMessage> m_messages;
     std::shared_ptr<DXRowStore> m_rows;
+    std::atomic<bool> m_rolledBackInstead = false;
     std::atomic<bool> m_finished = false;
 };

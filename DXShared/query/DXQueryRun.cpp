@@ -17,16 +17,6 @@ DXError failure(const QString &text)
     return {QString(), 0, text};
 }
 
-QString firstWord(const QString &statement, const SQLMetadataTokenizerOptions &options)
-{
-    SQLTokenizer tokenizer(options, statement, {});
-    while (const auto token = tokenizer.next()) {
-        if (!token->isBlankOrComment())
-            return statement.sliced(token->range.location, token->range.length);
-    }
-    return {};
-}
-
 } // namespace
 
 DXQueryRun::DXQueryRun(const Init &init)
@@ -154,9 +144,10 @@ QString DXQueryRun::lossText() const
 
 bool DXQueryRun::holds(const QStringList &firstWords) const
 {
-    return std::any_of(
-        m_init.statements.begin(), m_init.statements.end(), [&](const DXQueryDetails &statement) {
-            return firstWords.contains(firstWord(statement.targetQuery, m_init.options),
-                                       Qt::CaseInsensitive);
-        });
+    return std::any_of(m_init.statements.begin(), m_init.statements.end(),
+                       [&](const DXQueryDetails &statement) {
+                           return firstWords.contains(
+                               SQLTokenizer::firstWord(m_init.options, statement.targetQuery),
+                               Qt::CaseInsensitive);
+                       });
 }

@@ -118,6 +118,16 @@ SQLTokenizer::SQLTokenizer(const SQLMetadataTokenizerOptions &options, QStringVi
     , m_state(state)
 { }
 
+QString SQLTokenizer::firstWord(const SQLMetadataTokenizerOptions &options, const QString &text)
+{
+    SQLTokenizer tokenizer(options, text, {});
+    while (const auto token = tokenizer.next()) {
+        if (!token->isBlankOrComment())
+            return text.sliced(token->range.location, token->range.length);
+    }
+    return {};
+}
+
 std::optional<SQLToken> SQLTokenizer::next()
 {
     if (m_at == m_end)

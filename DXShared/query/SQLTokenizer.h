@@ -44,6 +44,9 @@ public:
     /// What stands open behind the last token that next() gave.
     const State &state() const { return m_state; }
 
+    /// The first token of text that is neither blank nor comment, as it is written; null for none.
+    static QString firstWord(const SQLMetadataTokenizerOptions &options, const QString &text);
+
 private:
     using Kind = SQLToken::Kind;
 

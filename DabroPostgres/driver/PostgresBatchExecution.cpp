@@ -5,7 +5,10 @@
 #include "client/DXQueryResult.h"
 #include "core/DXLogHelper.h"
 #include "core/MachTimer.h"
+#include "driver/PostgresDatabaseConnectionDetails.h"
 #include "driver/PostgresDatabaseResultSet.h"
+#include "query/SQLMetadataTokenizerOptions.h"
+#include "query/SQLTokenizer.h"
 
 #include <utility>
 
@@ -84,6 +87,18 @@ DXQueryMessage successMessage(const PostgresDatabaseResultSet &rows, qsizetype r
     return {text, DXMessageColor::Black};
 }
 
+// The only sign that a commit was none: the server tells of no failure.
+bool hasRolledBackInstead(const QString &statement, const PostgresDatabaseResultSet &rows,
+                          const DabroDBC &details)
+{
+    static const QStringList committing{QStringLiteral("commit"), QStringLiteral("end"),
+                                        QStringLiteral("prepare")};
+    return rows.commandTag() == "ROLLBACK"
+           && committing.contains(
+               SQLTokenizer::firstWord(*details.createPreParserOptions(), statement),
+               Qt::CaseInsensitive);
+}
+
 void finish(DXQueryResultDetails &details, const DXQueryMessage &message, DXQueryResult &resultSet,
             const std::function<void()> &block)
 {
@@ -130,6 +145,8 @@ bool PostgresDatabaseClient::executeQueryDetails(const QList<DXQueryDetails> &qu
             const auto details = appendDetails(queryDetails[count++], resultSet);
             const qsizetype rowCount = readRows(rows, *details, resultSet, &failure);
             failure = withTunnelsEnd(failure);
+            details->setRolledBackInstead(
+                hasRolledBackInstead(details->executedQuery(), rows, postgresDetails()));
             finish(*details, failure ? errorMessage(failure) : successMessage(rows, rowCount),
                    resultSet, block);
             keepLast(lastFailure, std::exchange(failure, DXError()));

@@ -22,12 +22,6 @@ enum TypeOid : quint32 {
     NumericOid = 1700,
 };
 
-bool endsTransaction(QByteArrayView commandTag)
-{
-    return commandTag == "COMMIT" || commandTag == "ROLLBACK"
-           || commandTag == "PREPARE TRANSACTION";
-}
-
 // Longer texts hardly come twice in turn.
 constexpr qsizetype mostShared = 64;
 
@@ -66,7 +60,7 @@ void PostgresDatabaseResultSet::processFirstRow(DXError *error)
     m_totalFields = 0;
     setShouldHaveRows(false);
     m_affectedRows = -1;
-    m_hasEndedTransaction = false;
+    m_commandTag.clear();
     if (next(error))
         m_firstResult = std::move(m_currentResult);
 }
@@ -92,7 +86,7 @@ bool PostgresDatabaseResultSet::next(DXError *error)
     case PGRES_EMPTY_QUERY: {
         const QByteArrayView affected = PQcmdTuples(m_currentResult.get());
         m_affectedRows = affected.isEmpty() ? -1 : DXValue::leadingInteger(affected);
-        m_hasEndedTransaction = endsTransaction(PQcmdStatus(m_currentResult.get()));
+        m_commandTag = PQcmdStatus(m_currentResult.get());
         m_currentResult.reset();
         prepareNextResultSet();
         return false;
@@ -100,6 +94,12 @@ bool PostgresDatabaseResultSet::next(DXError *error)
     default:
         return fail(error);
     }
+}
+
+bool PostgresDatabaseResultSet::hasEndedTransaction() const
+{
+    return m_commandTag == "COMMIT" || m_commandTag == "ROLLBACK"
+           || m_commandTag == "PREPARE TRANSACTION";
 }
 
 // A failed statement, or no result at all: the server runs nothing more of the text that was sent.

@@ -30,7 +30,9 @@ public:
     DXValue objectForColumnIndex(quint32 index) const override;
     qint64 numberOfAffectedRows() const override { return m_affectedRows; }
     /// Whether the statement, which has ended, also ended a transaction, as COMMIT and ROLLBACK do.
-    bool hasEndedTransaction() const { return m_hasEndedTransaction; }
+    bool hasEndedTransaction() const;
+    /// What the server calls the statement, which has ended well, such as "INSERT 0 1"; else empty.
+    const QByteArray &commandTag() const { return m_commandTag; }
 
     /// Appends the current row to store as the bytes that the server sent.
     void appendCurrentRow(DXRowStore &store) const;
@@ -73,7 +75,7 @@ private:
     };
     mutable std::vector<LastText> m_lastTexts;
     qint64 m_affectedRows = -1;
-    bool m_hasEndedTransaction = false;
+    QByteArray m_commandTag;
     bool m_hasColumns = false;
     bool m_isAtEnd = false;
 };

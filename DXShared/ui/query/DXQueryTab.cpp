@@ -221,6 +221,7 @@ void DXQueryTab::clearResults()
     m_pagedStatements = 0;
     m_reportedStatements = 0;
     m_lastFailure.clear();
+    m_hasWarned = false;
 }
 
 QList<DXResultPage *> DXQueryTab::resultPages() const
@@ -260,15 +261,22 @@ void DXQueryTab::takeResults()
 
 void DXQueryTab::report(const DXQueryResultDetails &details)
 {
-    for (const DXQueryMessage &message : details.messages()) {
-        if (message.color == DXMessageColor::Red)
-            m_lastFailure = message.text;
-        const QString text = DXError::withoutQuotedLine(message.text).trimmed();
+    const auto tell = [&](DXMessageView::Kind kind, const QString &text) {
         const QString line = QLocale().toString(details.calculatedLineNumber() + 1);
-        m_messages->append(message.color == DXMessageColor::Red ? DXMessageView::Kind::Error
-                                                                : DXMessageView::Kind::Success,
-                           m_runsSeveral ? tr("Line %1: %2").arg(line, text) : text);
+        m_messages->append(kind, m_runsSeveral ? tr("Line %1: %2").arg(line, text) : text);
+    };
+    for (const DXQueryMessage &message : details.messages()) {
+        const bool isFailure = message.color == DXMessageColor::Red;
+        if (isFailure)
+            m_lastFailure = message.text;
+        tell(isFailure ? DXMessageView::Kind::Error : DXMessageView::Kind::Success,
+             DXError::withoutQuotedLine(message.text).trimmed());
     }
+    if (!details.hasRolledBackInstead())
+        return;
+    tell(DXMessageView::Kind::Notice, tr("The transaction was rolled back instead, because an "
+                                         "earlier statement in it had failed."));
+    m_hasWarned = true;
 }
 
 void DXQueryTab::addPage(const std::shared_ptr<DXQueryResultDetails> &details)
@@ -307,7 +315,7 @@ void DXQueryTab::showEnd(const DXError &error)
     const QString failure = error.description().trimmed();
     if (error && !m_lastFailure.startsWith(failure.section(u'\n', 0, 0)))
         m_messages->append(DXMessageView::Kind::Error, failure);
-    if (error || resultPages().isEmpty())
+    if (error || m_hasWarned || resultPages().isEmpty())
         m_results->setCurrentWidget(m_messages);
     if (error && m_result)
         showUndone();

@@ -118,6 +118,8 @@ private:
     qsizetype m_pagedStatements = 0;
     qsizetype m_reportedStatements = 0;
     QString m_lastFailure;
+    // Something was told that went otherwise than the user has to think.
+    bool m_hasWarned = false;
     bool m_runsSeveral = false;
     bool m_hasConnection;
     // Whose names are read with the next run.

@@ -73,6 +73,9 @@ void CliBatchPrinter::printMessages(const DXQueryResultDetails &details)
         else
             m_init.console.note(message.text);
     }
+    if (details.hasRolledBackInstead())
+        m_init.console.note(QStringLiteral("The transaction was rolled back instead, because an "
+                                           "earlier statement in it had failed."));
 }
 
 void CliBatchPrinter::printFailure(const DXError &error, const QString &text)

@@ -125,6 +125,43 @@ TEST_F(QueryExecution, leavesAMessageForEachStatement)
     EXPECT_EQ(messages({text("SELECT 1")}).size(), 1);
 }
 
+TEST_F(QueryExecution, tellsACommitThatWasNone)
+{
+    const auto text = [](const char *utf8) { return QString::fromUtf8(utf8); };
+    struct Case
+    {
+        const char *before;
+        const char *statement;
+        bool hasRolledBackInstead;
+        bool isInTransaction = false;
+    };
+    for (const Case &each : {
+             Case{"BEGIN; SELECT 1 / 0", "COMMIT", true},
+             {"BEGIN; SELECT 1 / 0", "/* at last */ end work;", true},
+             {"BEGIN; SELECT 1 / 0", "Commit and chain", true, true},
+             {"BEGIN; SELECT 1 / 0", "PREPARE TRANSACTION 'later'", true},
+             {"BEGIN; SELECT 1 / 0", "ROLLBACK", false},
+             {"BEGIN; SELECT 1 / 0", "ABORT", false},
+             {"BEGIN", "COMMIT", false},
+             {"SELECT 1", "COMMIT", false},
+             {"BEGIN; SAVEPOINT s; SELECT 1 / 0", "ROLLBACK TO s", false, true},
+         }) {
+        SCOPED_TRACE(std::string(each.before) + "; " + each.statement);
+        messages({text("ROLLBACK")});
+        messages({text(each.before)});
+        EXPECT_EQ(client.hasFailedTransaction(), QByteArrayView(each.before).endsWith("1 / 0"));
+        Batch batch;
+        run({text(each.statement)}, batch);
+        ASSERT_EQ(batch.result.resultSets().size(), 1);
+        const auto details = batch.result.resultSets().first();
+        EXPECT_EQ(details->hasRolledBackInstead(), each.hasRolledBackInstead);
+        ASSERT_EQ(details->messages().size(), 1);
+        EXPECT_EQ(details->messages().first().text, text("Command completed successfully."));
+        EXPECT_FALSE(client.hasFailedTransaction());
+        EXPECT_EQ(client.isInTransaction(), each.isInTransaction);
+    }
+}
+
 TEST_F(QueryExecution, handsRowsOverInHundreds)
 {
     Batch batch;

@@ -414,6 +414,10 @@ TEST_F(CliProgramTest, AsksForStatementsOnATerminal)
     run.type("\x03");
     ASSERT_TRUE(run.awaitOnTerminal("canceling statement"));
     ASSERT_TRUE(run.awaitOnTerminal("postgres!=> "));
+    run.type("COMMIT;\n");
+    ASSERT_TRUE(run.awaitOnTerminal("Command completed successfully.\r\n"));
+    ASSERT_TRUE(run.awaitOnTerminal("The transaction was rolled back instead, because an earlier "
+                                    "statement in it had failed.\r\n"));
     run.type("ROLLBACK; SELECT nope;\n");
     ASSERT_TRUE(run.awaitOnTerminal("^^^^"));
     ASSERT_TRUE(run.awaitOnTerminal("postgres=> "));

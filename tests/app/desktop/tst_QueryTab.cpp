@@ -281,6 +281,26 @@ TEST_F(QueryTab, saysThatItsTransactionHasFailed)
     EXPECT_TRUE(failures().isEmpty());
 }
 
+TEST_F(QueryTab, saysThatATypedCommitWasNone)
+{
+    const QString told = u"The transaction was rolled back instead"_qs;
+    ASSERT_TRUE(run(u"BEGIN; SELECT 1 / 0"_qs));
+    ASSERT_TRUE(run(u"COMMIT;\nSELECT 'after'"_qs));
+    EXPECT_EQ(messages().count(told), 1) << qPrintable(messages());
+    EXPECT_TRUE(messages().contains(u"Command completed successfully."));
+    EXPECT_EQ(cells(0), u"after"_qs);
+    // Else it would stand behind the grid.
+    EXPECT_FALSE(tab().currentResultPage());
+    ASSERT_TRUE(run(u"BEGIN; SELECT 1; COMMIT"_qs));
+    EXPECT_FALSE(messages().contains(told));
+    EXPECT_TRUE(tab().currentResultPage());
+
+    tab().session().setCommitsManually(true);
+    ASSERT_TRUE(run(u"SELECT 1 / 0"_qs));
+    ASSERT_TRUE(run(u"END"_qs));
+    EXPECT_EQ(messages().count(told), 1) << qPrintable(messages());
+}
+
 TEST_F(QueryTab, viewsAndSavesWhatArrived)
 {
     ASSERT_TRUE(run(u"SELECT i AS n, 'a,\"' || i AS t FROM generate_series(1, 12345) AS i"_qs));
