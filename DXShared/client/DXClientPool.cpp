@@ -226,6 +226,22 @@ void DXClientPool::discardIdle(Session &session, std::unique_lock<std::mutex> &l
     discard(session, longestIdle, lock);
 }
 
+void DXClientPool::adopt(const std::shared_ptr<DabroDatabaseClient> &client)
+{
+    const auto session = sessionFor(client->databaseConnectionDetails()->sessionKey());
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_refusal.isSet && session->count < m_limits.connections) {
+            ++session->count;
+            session->idle.push_back(
+                std::make_shared<DXPooledConnection>(client, session->generation));
+            scheduleSweep();
+            return;
+        }
+    }
+    DXDispatch::background([client] { client->disconnect(); });
+}
+
 void DXClientPool::disconnectAll(const DabroDBC &connectionDetails)
 {
     const std::shared_ptr<Session> session = sessionFor(connectionDetails.sessionKey());

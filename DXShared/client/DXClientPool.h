@@ -49,6 +49,7 @@ public:
 
     bool executeQuery(const Block &block, const DabroDBC &connectionDetails, DXError *error,
                       const Options &options);
+    void adopt(const std::shared_ptr<DabroDatabaseClient> &client);
     void disconnectAll(const DabroDBC &connectionDetails);
     /// Cancels again and again what blocks of other threads run, since a block between two queries
     /// misses a cancel, until they have ended or the limit is over.

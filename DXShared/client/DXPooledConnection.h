@@ -19,7 +19,7 @@ class DXPooledConnection final
 public:
     using Clock = std::chrono::steady_clock;
 
-    DXPooledConnection(std::unique_ptr<DabroDatabaseClient> connected, std::size_t ofGeneration)
+    DXPooledConnection(std::shared_ptr<DabroDatabaseClient> connected, std::size_t ofGeneration)
         : generation(ofGeneration)
         , m_client(std::move(connected))
     { }
@@ -52,5 +52,5 @@ private:
     Q_DISABLE_COPY_MOVE(DXPooledConnection)
 
     std::mutex m_mutex;
-    std::unique_ptr<DabroDatabaseClient> m_client;
+    std::shared_ptr<DabroDatabaseClient> m_client;
 };

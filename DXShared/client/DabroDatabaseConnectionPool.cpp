@@ -28,6 +28,11 @@ bool DabroDatabaseConnectionPool::executeQuery(const Block &block,
     return pool().executeQuery(block, connectionDetails, error, options);
 }
 
+void DabroDatabaseConnectionPool::adopt(const std::shared_ptr<DabroDatabaseClient> &client)
+{
+    pool().adopt(client);
+}
+
 void DabroDatabaseConnectionPool::disconnectAll(const DabroDBC &connectionDetails)
 {
     pool().disconnectAll(connectionDetails);

@@ -48,6 +48,12 @@ public:
         return executeQuery(block, connectionDetails, error, Options());
     }
 
+    /// Takes client, which connected with the details it holds and does nothing, as one that idles,
+    /// so that whoever needs a connection next need not log in. Nobody else uses it from now on.
+    /// One that there is no room for, or that comes after shutdown(), is closed in the background.
+    /// [any]
+    static void adopt(const std::shared_ptr<DabroDatabaseClient> &client);
+
     /// Closes idle connections of these details, and those in use once they come back. [any]
     static void disconnectAll(const DabroDBC &connectionDetails);
     /// Cancels what runs, refuses what comes, and closes everything. [any]

@@ -3,6 +3,7 @@
 #include "desktop/ConnectionDialogs.h"
 
 #include "client/DabroDBC.h"
+#include "client/DabroDatabaseConnectionPool.h"
 #include "client/SQLRecentConnection.h"
 #include "client/SQLRecentConnectionList.h"
 #include "desktop/Connections.h"
@@ -80,6 +81,7 @@ void ConnectionDialogs::connectTo(const std::shared_ptr<SQLRecentConnection> &re
                                   result.error.description().trimmed());
                 return;
             }
+            DabroDatabaseConnectionPool::adopt(result.client);
             details->recentConnectionClass()->updateRecentConnection(
                 record, [self = QPointer(this)](const DXError &error) {
                     if (self && error)

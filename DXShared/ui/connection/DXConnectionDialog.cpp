@@ -3,6 +3,7 @@
 #include "ui/connection/DXConnectionDialog.h"
 
 #include "client/DabroDBC.h"
+#include "client/DabroDatabaseConnectionPool.h"
 #include "client/SQLRecentConnection.h"
 #include "client/ssh/DXSSHTunnel.h"
 #include "core/DXLogHelper.h"
@@ -242,6 +243,8 @@ void DXConnectionDialog::finished(Purpose purpose, const DXConnectionAttempt::Re
     } else if (purpose == Purpose::Test) {
         showTest(result);
     } else {
+        // Else whoever shows the connection would log in once more, with a code that was good once.
+        DabroDatabaseConnectionPool::adopt(result.client);
         const Record record = m_attempted;
         m_list.updateRecentConnection(record, m_notSaved);
         const std::shared_ptr<DabroDBC> details = record->createDatabaseConnectionDetails();

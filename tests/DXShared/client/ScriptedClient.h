@@ -104,9 +104,12 @@ public:
     {
         setHost(host);
     }
+    std::shared_ptr<DabroDBC> copy() const override { return std::make_shared<ScriptedDBC>(*this); }
     std::unique_ptr<DabroDatabaseClient> createNewClient() const override
     {
-        return std::make_unique<ScriptedClient>(m_server);
+        auto client = std::make_unique<ScriptedClient>(m_server);
+        client->setDatabaseConnectionDetails(copy());
+        return client;
     }
 
 private:

@@ -42,6 +42,13 @@ protected:
         return isDone;
     }
 
+    std::shared_ptr<DabroDatabaseClient> connected() const
+    {
+        std::shared_ptr<DabroDatabaseClient> client = details.createNewClient();
+        EXPECT_TRUE(client->connect(nullptr));
+        return client;
+    }
+
     ScriptedServer server;
     const ScriptedDBC details{server};
     QString failure;
@@ -186,6 +193,37 @@ TEST_F(DXClientPoolTest, givesAConnectionOfItsOwnWhenAskedAndKeepsItsBound)
     EXPECT_EQ(server.sessionsEver(), 2);
     EXPECT_EQ(server.mostSessions(), 1);
     EXPECT_EQ(server.sessionsOpen(), 0);
+}
+
+TEST_F(DXClientPoolTest, lendsWhatItAdopted)
+{
+    const ScriptedDBC other(server, QStringLiteral("b"));
+    DXClientPool pool({.connections = 1});
+    const auto client = connected();
+    pool.adopt(client);
+    pool.executeQuery([&](DabroDatabaseClient &lent, DXError *) { EXPECT_NE(&lent, client.get()); },
+                      other, nullptr, {});
+    for (int round = 0; round < 2; ++round)
+        EXPECT_TRUE(run(pool, [&](DabroDatabaseClient &lent, DXError *) {
+            EXPECT_EQ(&lent, client.get());
+            // It counts: there is no room for another one.
+            pool.adopt(connected());
+            EXPECT_TRUE(DXWait::until([this] { return server.sessionsOpen() == 2; }));
+        }));
+    server.restart();
+    EXPECT_TRUE(run(pool, statement(QStringLiteral("x"))));
+    EXPECT_FALSE(client->isConnected());
+
+    pool.adopt(connected());
+    EXPECT_TRUE(DXWait::until([this] { return server.sessionsOpen() == 2; }));
+    pool.disconnectAll(details);
+    EXPECT_EQ(server.sessionsOpen(), 1);
+    pool.adopt(connected());
+    EXPECT_EQ(server.sessionsOpen(), 2);
+    pool.shutdown();
+    EXPECT_EQ(server.sessionsOpen(), 0);
+    pool.adopt(connected());
+    EXPECT_TRUE(DXWait::until([this] { return server.sessionsOpen() == 0; }));
 }
 
 TEST_F(DXClientPoolTest, disconnectAllClosesIdleAndLentOnesOfItsKeyAlone)

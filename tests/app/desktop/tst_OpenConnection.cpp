@@ -16,11 +16,13 @@
 #include "ui/query/DXQueryTab.h"
 #include "ui/tree/DXDatabaseTreeView.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTreeView>
 
 #include <algorithm>
@@ -41,7 +43,9 @@ protected:
     static void SetUpTestSuite()
     {
         s_cluster = std::make_unique<PostgresCluster>(PostgresCluster::Options{
-            .hba = {u"host all all 127.0.0.1/32 scram-sha-256"_qs}, .tcp = true});
+            .hba = {u"host all all 127.0.0.1/32 scram-sha-256"_qs},
+            .tcp = true,
+            .configuration = {u"log_connections = on"_qs, u"log_line_prefix = '<%p> '"_qs}});
         s_cluster->psql(u"CREATE ROLE clerk LOGIN PASSWORD 'tea & biscuits';"
                         "CREATE DATABASE cellar OWNER clerk;"
                         "CREATE SCHEMA AUTHORIZATION clerk; CREATE TABLE clerk.invoice (x int);"
@@ -95,6 +99,16 @@ protected:
         click<QPushButton>(group->window(), u"Apply"_qs);
         click<QPushButton>(dialog, u"Save"_qs);
     }
+    // The server's processes that the clerk ever logged in to, in order.
+    static QStringList logins()
+    {
+        static const QRegularExpression login(
+            u"<(\\d+)> LOG:  connection authorized: user=clerk"_qs);
+        QStringList pids;
+        for (auto each = login.globalMatch(s_cluster->serverLog()); each.hasNext();)
+            pids.append(each.next().captured(1));
+        return pids;
+    }
     bool becomes(const QStringList &path) const
     {
         return DXWait::until([&] { return find(path).isValid(); });
@@ -110,6 +124,41 @@ protected:
 
     static inline std::unique_ptr<PostgresCluster> s_cluster;
 };
+
+// Who logs in with a code that is good once is not asked for another one to see the tree.
+TEST_F(OpenConnection, showsItsTreeOverTheConnectionThatWasTried)
+{
+    QStringList before = logins();
+    const auto expectUsed = [&before] {
+        const QStringList since = logins().sliced(before.size());
+        ASSERT_FALSE(since.isEmpty());
+        const QString ran = s_cluster->psql(
+            u"SELECT query FROM pg_stat_activity WHERE pid = %1"_qs.arg(since.constFirst()));
+        EXPECT_FALSE(ran.isEmpty()) << "It was closed.";
+        EXPECT_NE(ran, u"SELECT version()"_qs) << "Nobody took it.";
+    };
+    connectWith(newConnection());
+    ASSERT_TRUE(becomes({u"Tea"_qs, u"postgres"_qs, u"Tables"_qs, u"goods"_qs}));
+    expectUsed();
+    // A tab's is nobody else's.
+    const QStringList others = logins();
+    ASSERT_TRUE(run(u"SELECT pg_backend_pid()"_qs));
+    EXPECT_FALSE(others.contains(cells(0)));
+
+    window().actions()[ActionSet::Id::Disconnect]->trigger();
+    ASSERT_TRUE(DXWait::until([] {
+        return s_cluster->psql(u"SELECT 1 FROM pg_stat_activity WHERE usename = 'clerk'"_qs)
+            .isEmpty();
+    }));
+    press(Qt::Key_W, Qt::ControlModifier);
+    auto *const list = window().findChild<DXSavedConnectionsView *>()->findChild<QTreeView *>();
+    ASSERT_TRUE(DXWait::until([&] { return list->isVisible() && list->model()->rowCount() > 0; }));
+    before = logins();
+    list->setCurrentIndex(list->model()->index(0, 0));
+    QTest::keyClick(list, Qt::Key_Return);
+    ASSERT_TRUE(becomes({u"Tea"_qs, u"postgres"_qs, u"Tables"_qs, u"goods"_qs}));
+    expectUsed();
+}
 
 TEST_F(OpenConnection, outlivesItsTunnel)
 {
