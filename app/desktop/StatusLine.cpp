@@ -26,8 +26,11 @@ QString serverText(const DXQueryTab &tab, const QString &product)
                               : details.username() + u'@' + details.database();
     if (session.serverVersion().isNull())
         return login;
-    return QStringList{product + u' ' + session.serverVersion(), login, session.connectionSummary()}
-        .join(QStringLiteral(" · "));
+    QStringList parts{product + u' ' + session.serverVersion(), login};
+    // None once the connection was lost.
+    if (!session.connectionSummary().isEmpty())
+        parts.append(session.connectionSummary());
+    return parts.join(QStringLiteral(" · "));
 }
 
 } // namespace

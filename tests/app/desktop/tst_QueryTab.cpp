@@ -410,6 +410,7 @@ TEST_F(QueryTabOnServer, outlivesItsServer)
     cluster.killHard();
     ASSERT_TRUE(becomesIdle());
     EXPECT_FALSE(messages().isEmpty());
+    EXPECT_THAT(statusText().toStdString(), HasSubstr("dba@postgres|"));
     ASSERT_TRUE(run(u"SELECT 5"_qs));
     EXPECT_THAT(messages().toStdString(), HasSubstr("failed"));
     cluster.start();
