@@ -73,8 +73,8 @@ void DXScriptRun::abandon()
     }
     if (const Completion told = std::exchange(m_completion, {}))
         told({.error = {QString(), 0,
-                        QStringLiteral("The server did not stop when it was asked to, so the "
-                                       "connection was closed.")},
+                        tr("The server did not stop when it was asked to, so the connection was "
+                           "closed.")},
               .changes = Changes::Unknown,
               .isCancelled = true});
 }

@@ -6,6 +6,7 @@
 #include "core/DXError.h"
 #include "core/DXGlobal.h"
 
+#include <QCoreApplication>
 #include <QList>
 
 #include <atomic>
@@ -22,6 +23,8 @@ class DabroDatabaseClient;
 /// pointers: a run under way keeps itself alive.
 class DXSHARED_EXPORT DXScriptRun final : public std::enable_shared_from_this<DXScriptRun>
 {
+    Q_DECLARE_TR_FUNCTIONS(DXScriptRun)
+
 public:
     enum class Transaction { Yes, No };
 
