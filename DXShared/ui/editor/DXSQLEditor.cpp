@@ -378,11 +378,6 @@ void DXSQLEditor::unfoldAll()
     m_folding->unfoldAll();
 }
 
-void DXSQLEditor::setClosesBrackets(bool yes)
-{
-    m_typing->setClosesBrackets(yes);
-}
-
 void DXSQLEditor::insertText(const QString &text)
 {
     replaceSelectedText(text);

@@ -96,8 +96,6 @@ public:
     void unfoldAll();
     /// Inserts text at the caret, in place of the selection.
     void insertText(const QString &text);
-    /// Whether a typed bracket or quote brings the one that closes it; on at first.
-    void setClosesBrackets(bool yes);
 
     /// The text as it is kept, a quick copy.
     QByteArray utf8() const;

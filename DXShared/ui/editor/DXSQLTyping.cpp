@@ -87,8 +87,7 @@ void DXSQLTyping::added(int character)
         indentNewLine();
     else if (character == ')')
         unindentBracket();
-    else if (m_closesBrackets
-             && (character == '(' || character == '[' || character == '\'' || character == '"'))
+    else if (character == '(' || character == '[' || character == '\'' || character == '"')
         close(static_cast<char>(character));
 }
 

@@ -27,7 +27,6 @@ public:
     };
     explicit DXSQLTyping(const Init &init);
 
-    void setClosesBrackets(bool yes) { m_closesBrackets = yes; }
     /// Before the editor sees a key: true when it was dealt with.
     bool takesKey(const QKeyEvent &event);
     /// After a character was typed.
@@ -46,5 +45,4 @@ private:
     const SQLMetadataTokenizerOptions m_options;
     DXSQLStyler &m_styler;
     const DXSQLBrackets &m_brackets;
-    bool m_closesBrackets = true;
 };

@@ -176,11 +176,11 @@ QLayout *DXQueryPreviewSheet::createButtons()
     m_openInTab = new QPushButton(tr("Open in query tab"));
     m_openInTab->setVisible(bool(m_settings.openInQueryTab));
     m_cancel = new QPushButton(tr("Cancel"));
-    m_accept = createAcceptButton();
+    m_accept = new DXDangerButton(m_settings.acceptButtonTitle);
     // Return means the same wherever the focus is, and never destroys anything.
     for (QPushButton *const button : {m_copy, m_openInTab, m_cancel, m_accept})
         button->setAutoDefault(false);
-    (m_settings.isDestructive ? m_cancel : m_accept)->setDefault(true);
+    m_cancel->setDefault(true);
     connect(m_copy, &QPushButton::clicked, this, &DXQueryPreviewSheet::copyScript);
     connect(m_openInTab, &QPushButton::clicked, this, &DXQueryPreviewSheet::openInQueryTab);
     connect(m_cancel, &QPushButton::clicked, this, &DXQueryPreviewSheet::reject);
@@ -194,13 +194,6 @@ QLayout *DXQueryPreviewSheet::createButtons()
     layout->addWidget(m_cancel);
     layout->addWidget(m_accept);
     return layout;
-}
-
-QPushButton *DXQueryPreviewSheet::createAcceptButton()
-{
-    if (m_settings.isDestructive)
-        return new DXDangerButton(m_settings.acceptButtonTitle);
-    return new QPushButton(m_settings.acceptButtonTitle);
 }
 
 void DXQueryPreviewSheet::setState(State state)

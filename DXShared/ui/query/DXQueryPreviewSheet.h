@@ -42,7 +42,6 @@ private:
     QLayout *createButtons();
     void setState(State state);
     void showProgress();
-    QPushButton *createAcceptButton();
     void loaded(const QString &script);
     void run();
     void ended(const DXScriptRun::Outcome &outcome);

@@ -32,11 +32,8 @@ public:
     /// The question, and what more there is to know before answering it.
     void setTitle(const QString &title) { m_settings.title = title; }
     void setInformativeText(const QString &text) { m_settings.informativeText = text; }
-    /// The verb on the button that runs the script.
+    /// The verb on the button that runs the script, which has the colour of danger: Return cancels.
     void setAcceptButtonTitle(const QString &title) { m_settings.acceptButtonTitle = title; }
-    /// Whether what is done cannot be taken back, which is assumed: then the button has the colour
-    /// of danger and Return cancels. Otherwise Return accepts.
-    void setDestructive(bool isDestructive) { m_settings.isDestructive = isDestructive; }
     /// What is shown while it runs.
     void setProgressTitle(const QString &title) { m_settings.progressTitle = title; }
     /// Makes the script; loading begins when the sheet is shown.
@@ -70,7 +67,6 @@ public:
         QString title = {};
         QString informativeText = {};
         QString acceptButtonTitle = {};
-        bool isDestructive = true;
         QString progressTitle = {};
         std::shared_ptr<DXQueryLoader> queryLoader = {};
         bool useTransaction = true;

@@ -193,7 +193,6 @@ void DXQueryTab::run(const QList<DXQueryDetails> &statements)
     if (!m_hasConnection) {
         m_messages->append(DXMessageView::Kind::Error,
                            tr("This tab has no connection yet. Choose one in the toolbar."));
-        Q_EMIT connectionMissing();
         return;
     }
     if (const auto names = std::exchange(m_unreadNames, nullptr))

@@ -82,8 +82,6 @@ public:
 Q_SIGNALS:
     /// summary(), or the session's state or transaction, is another.
     void statusChanged();
-    /// Something was to be run, and there is no connection to run it on.
-    void connectionMissing();
     /// What was run has ended.
     void finished(const DXError &error);
 

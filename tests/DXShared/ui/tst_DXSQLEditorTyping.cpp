@@ -124,8 +124,6 @@ TEST_F(DXSQLEditorTypingTest, indentsAndClosesWhatIsTyped)
     };
     for (const auto &[text, keys, result] : cases)
         EXPECT_EQ(typeInto(text, keys), result);
-    editor.setClosesBrackets(false);
-    EXPECT_EQ(typeInto(u"|"_qs, u"f("_qs), u"f(|"_qs);
 }
 
 TEST_F(DXSQLEditorTypingTest, pairsBracketsOutsideOfStringsAndComments)

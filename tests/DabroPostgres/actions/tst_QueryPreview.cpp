@@ -37,7 +37,6 @@ protected:
     {
         window.show();
         preview->setAcceptButtonTitle(u"Apply"_qs);
-        preview->setDestructive(false);
     }
     OpenSheet show(const QString &script)
     {
@@ -74,7 +73,7 @@ TEST_F(QueryPreviewTest, RunsAllStatementsOrNone)
             error.description().section(u'\n', 0, 0) + u" in "_qs + QString::number(of.size());
     });
     const OpenSheet sheet = show(script);
-    EXPECT_TRUE(sheet.button(u"Apply"_qs)->isDefault());
+    EXPECT_TRUE(sheet.button(u"Cancel"_qs)->isDefault());
     sheet.click(u"Apply"_qs);
     ASSERT_TRUE(sheet.fails());
     EXPECT_EQ(sheet.failureHeadline(), u"Statement 2 of 3 failed; nothing was changed."_qs);
