@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "client/DabroDBC.h"
 
+#include "client/DXCborTexts.h"
+
 #include <QCborArray>
 #include <QCborValue>
 #include <QMessageAuthenticationCode>
@@ -27,24 +29,6 @@ QByteArray hashOfSecret(const QString &secret)
         return bytes;
     }();
     return QMessageAuthenticationCode::hash(secret.toUtf8(), salt, QCryptographicHash::Sha256);
-}
-
-QCborMap toCbor(const QMap<QString, QString> &texts)
-{
-    QCborMap map;
-    for (auto it = texts.cbegin(); it != texts.cend(); ++it)
-        map.insert(it.key(), it.value());
-    return map;
-}
-
-QMap<QString, QString> toTexts(const QCborMap &map)
-{
-    QMap<QString, QString> texts;
-    for (const auto &[key, value] : map) {
-        if (key.isString() && value.isString())
-            texts.insert(key.toString(), value.toString());
-    }
-    return texts;
 }
 
 // CBOR reads an empty text back as a null one, which would mean an absent text here.
@@ -88,7 +72,7 @@ QByteArray DabroDBC::sessionKey() const
         m_username,
         m_database,
         hashOfSecret(m_password),
-        toCbor(m_sessionPreferences),
+        DXCborTexts::encode(m_sessionPreferences),
         m_sshTunnelModel ? QCborValue(m_sshTunnelModel->encode()) : QCborValue(),
     };
     return QCborValue(parts).toCbor();
@@ -108,7 +92,7 @@ void DabroDBC::encode(QCborMap &archive) const
             archive.insert(name, text);
     }
     archive.insert(portKey, m_port);
-    archive.insert(preferencesKey, toCbor(m_sessionPreferences));
+    archive.insert(preferencesKey, DXCborTexts::encode(m_sessionPreferences));
     if (m_sshTunnelModel)
         archive.insert(tunnelKey, m_sshTunnelModel->encode());
 }
@@ -130,7 +114,7 @@ void DabroDBC::decode(const QCborMap &archive)
     if (port >= 0 && port <= std::numeric_limits<quint16>::max())
         m_port = static_cast<quint16>(port);
     if (const QCborValue preferences = archive.value(preferencesKey); preferences.isMap())
-        m_sessionPreferences = toTexts(preferences.toMap());
+        m_sessionPreferences = DXCborTexts::decode(preferences.toMap());
     if (const QCborValue tunnel = archive.value(tunnelKey); tunnel.isMap())
         m_sshTunnelModel =
             std::make_shared<DXSSHTunnelModel>(DXSSHTunnelModel::decode(tunnel.toMap()));

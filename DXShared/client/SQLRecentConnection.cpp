@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "client/SQLRecentConnection.h"
 
+#include "client/DXCborTexts.h"
 #include "client/DXDBCTabColorHelper.h"
 #include "client/DabroDBC.h"
 
@@ -92,9 +93,6 @@ void SQLRecentConnection::fill(DabroDBC &details) const
 
 QCborMap SQLRecentConnection::encode() const
 {
-    QCborMap parameters;
-    for (auto entry = m_sessionParameters.begin(); entry != m_sessionParameters.end(); ++entry)
-        parameters.insert(entry.key(), entry.value());
     QCborMap archive{
         {idKey, m_connectionId},
         {aliasKey, archived(m_alias)},
@@ -103,7 +101,7 @@ QCborMap SQLRecentConnection::encode() const
         {databaseKey, archived(m_database)},
         {portKey, m_serverPort},
         {dateKey, QCborValue(m_connectionDate)},
-        {parametersKey, parameters},
+        {parametersKey, DXCborTexts::encode(m_sessionParameters)},
         {rememberKey, m_rememberPassword},
         {passwordKey, archived(m_rememberPassword ? m_password : QStringLiteral(""))},
     };
@@ -126,10 +124,7 @@ void SQLRecentConnection::decode(const QCborMap &archive)
     m_serverPort = static_cast<quint16>(std::clamp<qint64>(archive.value(portKey).toInteger(), 0,
                                                            std::numeric_limits<quint16>::max()));
     m_connectionDate = archive.value(dateKey).toDateTime();
-    m_sessionParameters.clear();
-    const QCborMap parameters = archive.value(parametersKey).toMap();
-    for (auto entry = parameters.begin(); entry != parameters.end(); ++entry)
-        m_sessionParameters.insert(entry.key().toString(), entry.value().toString());
+    m_sessionParameters = DXCborTexts::decode(archive.value(parametersKey).toMap());
     m_rememberPassword = archive.value(rememberKey).toBool();
     m_password = m_rememberPassword ? unarchived(archive.value(passwordKey)) : QStringLiteral("");
     m_tabColor = archive.value(colorKey).toString();
