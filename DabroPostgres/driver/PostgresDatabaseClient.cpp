@@ -45,18 +45,24 @@ void printNotice(void *, const char *message)
 }
 
 // A network that is cut while data is on its way would hold up whoever waits for a quarter of an
-// hour (tcp(7)). Entries of the string itself come later, so they win; those of a service would
-// not. libpq leaves it out where there is a Unix socket.
+// hour; a server that went away without a word, or a laptop that slept, for two hours (tcp(7)).
+// Asked three times, the silent peer is given up within the minute that data may be on its way.
+// Entries of the string itself come later, so they win; those of a service would not. libpq leaves
+// all of it out where there is a Unix socket.
 QString withLimitOnSilence(const QString &connectionString)
 {
-    const QLatin1String keyword("tcp_user_timeout");
+    const QMap<QByteArray, QByteArray> limits{{"tcp_user_timeout", "60000"},
+                                              {"keepalives_idle", "30"},
+                                              {"keepalives_interval", "10"},
+                                              {"keepalives_count", "3"}};
+    QByteArray entries;
     const std::unique_ptr<PQconninfoOption, decltype(&PQconninfoFree)> defaults(PQconndefaults(),
                                                                                 PQconninfoFree);
     for (const auto *option = defaults.get(); option && option->keyword; ++option) {
-        if (keyword == QLatin1String(option->keyword) && !option->val)
-            return QStringLiteral("%1=60000 %2").arg(keyword, connectionString);
+        if (limits.contains(option->keyword) && !option->val)
+            entries += QByteArray(option->keyword) + '=' + limits.value(option->keyword) + ' ';
     }
-    return connectionString;
+    return QString::fromLatin1(entries) + connectionString;
 }
 
 void forwardNotice(void *handler, const char *message)

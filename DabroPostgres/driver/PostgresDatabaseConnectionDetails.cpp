@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "driver/PostgresDatabaseConnectionDetails.h"
 
+#include "client/DXCborTexts.h"
 #include "driver/PostgresWordLists.h"
 
+#include <QCborArray>
 #include <QCborValue>
 #include <QCryptographicHash>
 
@@ -11,6 +13,7 @@ namespace
 {
 
 constexpr QLatin1String sslDetailsKey("sslDetails");
+constexpr QLatin1String parametersKey("connectionParameters");
 
 bool isPresentAndEqual(const QString &own, const QString &other)
 {
@@ -24,6 +27,7 @@ PostgresDatabaseConnectionDetails::PostgresDatabaseConnectionDetails(
     : DabroDBC(other)
     , m_sslDetails(other.m_sslDetails ? std::make_shared<PostgresSSLDetails>(*other.m_sslDetails)
                                       : nullptr)
+    , m_connectionParameters(other.m_connectionParameters)
 { }
 
 std::shared_ptr<DabroDBC> PostgresDatabaseConnectionDetails::copy() const
@@ -58,14 +62,15 @@ bool PostgresDatabaseConnectionDetails::isEqualToDatabaseConnectionDetails(
 
 QByteArray PostgresDatabaseConnectionDetails::sessionKey() const
 {
-    const QByteArray tls =
-        m_sslDetails ? QCborValue(m_sslDetails->encode()).toCbor() : QByteArray();
-    return DabroDBC::sessionKey() + QCryptographicHash::hash(tls, QCryptographicHash::Sha256);
+    const QCborArray parts{m_sslDetails ? QCborValue(m_sslDetails->encode()) : QCborValue(),
+                           DXCborTexts::encode(m_connectionParameters)};
+    return DabroDBC::sessionKey()
+           + QCryptographicHash::hash(QCborValue(parts).toCbor(), QCryptographicHash::Sha256);
 }
 
 bool PostgresDatabaseConnectionDetails::needsHostName() const
 {
-    return password().isEmpty()
+    return password().isEmpty() || !m_connectionParameters.isEmpty()
            || (m_sslDetails && m_sslDetails->sslMode() == QLatin1String("verify-full"));
 }
 
@@ -89,6 +94,8 @@ void PostgresDatabaseConnectionDetails::encode(QCborMap &archive) const
     DabroDBC::encode(archive);
     if (m_sslDetails)
         archive.insert(sslDetailsKey, m_sslDetails->encode());
+    if (!m_connectionParameters.isEmpty())
+        archive.insert(parametersKey, DXCborTexts::encode(m_connectionParameters));
 }
 
 void PostgresDatabaseConnectionDetails::decode(const QCborMap &archive)
@@ -98,4 +105,6 @@ void PostgresDatabaseConnectionDetails::decode(const QCborMap &archive)
     if (tls.isMap())
         m_sslDetails =
             std::make_shared<PostgresSSLDetails>(PostgresSSLDetails::decode(tls.toMap()));
+    if (const QCborValue parameters = archive.value(parametersKey); parameters.isMap())
+        m_connectionParameters = DXCborTexts::decode(parameters.toMap());
 }

@@ -24,9 +24,15 @@ public:
     {
         m_sslDetails = details;
     }
+    /// What libpq is told besides (PostgresConnectionParameters), by name.
+    QMap<QString, QString> connectionParameters() const { return m_connectionParameters; }
+    void setConnectionParameters(const QMap<QString, QString> &parameters)
+    {
+        m_connectionParameters = parameters;
+    }
     /// Whether connecting needs the server's name rather than its address: its certificate is
-    /// checked against the name (verify-full), or the password file is searched by it (libpq, "The
-    /// Password File").
+    /// checked against the name (verify-full), the password file is searched by it (libpq, "The
+    /// Password File"), or parameters such as hostaddr, krbsrvname and sslsni are about it.
     bool needsHostName() const;
 
     std::shared_ptr<DabroDBC> copy() const override;
@@ -59,4 +65,5 @@ private:
     PostgresDatabaseConnectionDetails(const PostgresDatabaseConnectionDetails &other);
 
     std::shared_ptr<PostgresSSLDetails> m_sslDetails;
+    QMap<QString, QString> m_connectionParameters;
 };

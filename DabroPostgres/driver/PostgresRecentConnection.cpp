@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "driver/PostgresRecentConnection.h"
 
+#include "client/DXCborTexts.h"
 #include "client/SQLRecentConnectionList.h"
 #include "client/secrets/DXSecretStore.h"
 #include "driver/PostgresConnectionHelper.h"
@@ -12,6 +13,7 @@ namespace
 
 constexpr QLatin1String sslKey("sslDetails");
 constexpr QLatin1String groupKey("groupSchemas");
+constexpr QLatin1String parametersKey("connectionParameters");
 
 std::shared_ptr<PostgresSSLDetails> copyOf(const std::shared_ptr<PostgresSSLDetails> &details)
 {
@@ -35,6 +37,7 @@ std::shared_ptr<DabroDBC> PostgresRecentConnection::createDatabaseConnectionDeta
     auto details = std::make_shared<PostgresDatabaseConnectionDetails>();
     fill(*details);
     details->setSslDetails(copyOf(m_sslDetails));
+    details->setConnectionParameters(m_connectionParameters);
     return details;
 }
 
@@ -43,6 +46,7 @@ void PostgresRecentConnection::copyFrom(const SQLRecentConnection &other)
     SQLRecentConnection::copyFrom(other);
     const auto &connection = static_cast<const PostgresRecentConnection &>(other);
     m_sslDetails = copyOf(connection.m_sslDetails);
+    m_connectionParameters = connection.m_connectionParameters;
     m_groupSchemas = connection.m_groupSchemas;
 }
 
@@ -59,6 +63,8 @@ QCborMap PostgresRecentConnection::encode() const
     archive.insert(groupKey, m_groupSchemas);
     if (m_sslDetails)
         archive.insert(sslKey, m_sslDetails->encode());
+    if (!m_connectionParameters.isEmpty())
+        archive.insert(parametersKey, DXCborTexts::encode(m_connectionParameters));
     return archive;
 }
 
@@ -66,6 +72,7 @@ void PostgresRecentConnection::decode(const QCborMap &archive)
 {
     SQLRecentConnection::decode(archive);
     m_groupSchemas = archive.value(groupKey).toBool();
+    m_connectionParameters = DXCborTexts::decode(archive.value(parametersKey).toMap());
     const QCborValue ssl = archive.value(sslKey);
     m_sslDetails =
         ssl.isMap() ? std::make_shared<PostgresSSLDetails>(PostgresSSLDetails::decode(ssl.toMap()))

@@ -24,6 +24,12 @@ public:
     {
         m_sslDetails = details;
     }
+    /// What the client library is told besides, by name (PostgresConnectionParameters).
+    QMap<QString, QString> connectionParameters() const { return m_connectionParameters; }
+    void setConnectionParameters(const QMap<QString, QString> &parameters)
+    {
+        m_connectionParameters = parameters;
+    }
     /// Whether the tree lists the objects of all schemas together, as one group; else each schema
     /// has a node of its own.
     bool groupSchemas() const { return m_groupSchemas; }
@@ -39,5 +45,6 @@ public:
 
 private:
     std::shared_ptr<PostgresSSLDetails> m_sslDetails;
+    QMap<QString, QString> m_connectionParameters;
     bool m_groupSchemas = false;
 };

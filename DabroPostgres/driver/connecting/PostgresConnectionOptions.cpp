@@ -21,8 +21,10 @@ struct Free
 };
 
 // libpq expands a service file only on the way to a connection, and checks each value before the
-// first packet: a value that it is sure to refuse stops it right there, with everything expanded.
+// first packet: a value that it is sure to refuse stops it right there, with everything expanded
+// but the parameter that it stopped at. Another stop tells that one; it lies behind more checks.
 constexpr char stopKeyword[] = "ssl_max_protocol_version";
+constexpr char laterStopKeyword[] = "target_session_attrs";
 constexpr char stopValue[] = "not-to-be-connected";
 
 /// message without what it quotes of the text's password.
@@ -64,6 +66,33 @@ void readValues(const PQconninfoOption *option, QMap<QString, QString> &values)
     }
 }
 
+using Connection = std::unique_ptr<PGconn, Free>;
+
+Connection stoppedAt(const char *keyword, const QMap<QString, QString> &given)
+{
+    std::vector<QByteArray> bytes;
+    for (auto value = given.begin(); value != given.end(); ++value) {
+        bytes.push_back(value.key().toUtf8());
+        bytes.push_back(value.value().toUtf8());
+    }
+    std::vector<const char *> keywords;
+    std::vector<const char *> values;
+    for (std::size_t i = 0; i < bytes.size(); i += 2) {
+        keywords.push_back(bytes[i].constData());
+        values.push_back(bytes[i + 1].constData());
+    }
+    keywords.insert(keywords.end(), {keyword, nullptr});
+    values.insert(values.end(), {stopValue, nullptr});
+    return Connection(PQconnectStartParams(keywords.data(), values.data(), 0));
+}
+
+/// Whether libpq stopped where it was to.
+bool checkStop(const Connection &connection, DXError *error)
+{
+    const QString message = QString::fromUtf8(PQerrorMessage(connection.get())).trimmed();
+    return message.contains(QLatin1String(stopValue)) || refuse(error, message);
+}
+
 bool parseText(const QString &text, QMap<QString, QString> &values, DXError *error)
 {
     char *message = nullptr;
@@ -92,25 +121,10 @@ std::optional<PostgresConnectionOptions> PostgresConnectionOptions::parse(const 
 bool PostgresConnectionOptions::expand(const QMap<QString, QString> &given,
                                        QMap<QString, QString> &expanded, DXError *error)
 {
-    std::vector<QByteArray> bytes;
-    for (auto value = given.begin(); value != given.end(); ++value) {
-        bytes.push_back(value.key().toUtf8());
-        bytes.push_back(value.value().toUtf8());
-    }
-    std::vector<const char *> keywords;
-    std::vector<const char *> values;
-    for (std::size_t i = 0; i < bytes.size(); i += 2) {
-        keywords.push_back(bytes[i].constData());
-        values.push_back(bytes[i + 1].constData());
-    }
-    keywords.insert(keywords.end(), {stopKeyword, nullptr});
-    values.insert(values.end(), {stopValue, nullptr});
-
-    const std::unique_ptr<PGconn, Free> connection(
-        PQconnectStartParams(keywords.data(), values.data(), 0));
-    const QString message = QString::fromUtf8(PQerrorMessage(connection.get())).trimmed();
-    if (!message.contains(QLatin1String(stopValue)))
-        return refuse(error, message);
+    const Connection connection = stoppedAt(stopKeyword, given);
+    const Connection later = stoppedAt(laterStopKeyword, given);
+    if (!checkStop(connection, error) || !checkStop(later, error))
+        return false;
 
     const std::unique_ptr<PQconninfoOption, Free> options(PQconninfo(connection.get()));
     readValues(options.get(), expanded);
@@ -119,10 +133,13 @@ bool PostgresConnectionOptions::expand(const QMap<QString, QString> &given,
         m_builtIn.insert(keyword, QString::fromUtf8(option->compiled));
         m_variables.insert(keyword, QString::fromUtf8(option->envvar));
     }
+    QMap<QString, QString> expandedLater;
+    const std::unique_ptr<PQconninfoOption, Free> laterOptions(PQconninfo(later.get()));
+    readValues(laterOptions.get(), expandedLater);
     const QString stopped = QString::fromLatin1(stopKeyword);
-    const QByteArray variable = m_variables.value(stopped).toUtf8();
-    const QString otherwise = qEnvironmentVariable(variable.constData(), m_builtIn.value(stopped));
-    expanded.insert(stopped, given.value(stopped, otherwise));
+    expanded.remove(stopped);
+    if (expandedLater.contains(stopped))
+        expanded.insert(stopped, expandedLater.value(stopped));
     return true;
 }
 

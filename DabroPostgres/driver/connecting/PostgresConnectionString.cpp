@@ -6,6 +6,7 @@
 #include "client/secrets/DXSecurityBookmarkHelper.h"
 #include "client/ssh/DXSSHTunnel.h"
 #include "core/DXLogHelper.h"
+#include "driver/connecting/PostgresConnectionParameters.h"
 
 namespace
 {
@@ -21,6 +22,16 @@ void appendFile(QStringList &options, const QString &keyword, const QString &tok
         DXSecurityBookmarkHelper::sharedInstance().loadSecurePath(token).toLocalFile();
     options.append(keyword + QLatin1Char('=')
                    + PostgresDatabaseClient::escapeConnectionStringEntry(path));
+}
+
+void appendParameters(QStringList &options, const QMap<QString, QString> &parameters,
+                      bool isTunnelled)
+{
+    for (auto entry = parameters.cbegin(); entry != parameters.cend(); ++entry) {
+        // An address of the server's would lead past the tunnel.
+        if (!isTunnelled || entry.key() != QLatin1String("hostaddr"))
+            options.append(PostgresConnectionParameters::entry(entry.key(), entry.value()));
+    }
 }
 
 // The password stands in the string in its quoted form, which may differ from its text; where it
@@ -64,6 +75,7 @@ QString PostgresDatabaseClient::generateConnectionString(const DXSSHTunnel *tunn
         processSSQLConnectionString(details, options);
     else
         options.append(QStringLiteral("sslmode=prefer"));
+    appendParameters(options, details.connectionParameters(), tunnel != nullptr);
 
     QString connectionString = options.join(QLatin1Char(' '));
     DXLog(QStringLiteral("Postgres connection string is [%1]")

@@ -5,6 +5,7 @@
 #include "client/secrets/DXSecurityBookmarkHelper.h"
 #include "driver/PostgresDatabaseConnectionDetails.h"
 #include "driver/connecting/PostgresConnectionOptions.h"
+#include "driver/connecting/PostgresConnectionParameters.h"
 #include "driver/connecting/PostgresSessionSettings.h"
 
 #include <QFileInfo>
@@ -15,28 +16,15 @@ namespace
 {
 
 using Options = PostgresConnectionOptions;
+namespace Parameters = PostgresConnectionParameters;
+
+constexpr QLatin1String hostAddressKeyword("hostaddr");
 
 const QStringList &sslKeywords()
 {
     static const QStringList keywords{QStringLiteral("sslmode"), QStringLiteral("sslcert"),
                                       QStringLiteral("sslkey"),  QStringLiteral("sslrootcert"),
                                       QStringLiteral("sslcrl"),  QStringLiteral("sslcompression")};
-    return keywords;
-}
-
-const QStringList &carriedKeywords()
-{
-    static const QStringList keywords = sslKeywords()
-                                        + QStringList{QStringLiteral("host"),
-                                                      QStringLiteral("port"),
-                                                      QStringLiteral("user"),
-                                                      QStringLiteral("password"),
-                                                      QStringLiteral("dbname"),
-                                                      QStringLiteral("service"),
-                                                      QStringLiteral("application_name"),
-                                                      QStringLiteral("fallback_application_name"),
-                                                      QStringLiteral("options"),
-                                                      QStringLiteral("client_encoding")};
     return keywords;
 }
 
@@ -59,11 +47,21 @@ QString remedyFor(const Options &options, const QString &keyword)
     return QStringLiteral("Set the environment variable %1 instead.").arg(variable);
 }
 
+// libpq pairs the addresses with the hosts of a list, which a record has for one name only.
+bool isListOfAddresses(const Options &options, const QString &keyword)
+{
+    return keyword == hostAddressKeyword
+           && (options.value(keyword) + options.value(QStringLiteral("host")))
+                  .contains(QLatin1Char(','));
+}
+
 bool checkThatAllIsCarried(const Options &options, DXError *error)
 {
     const QStringList keywords = options.keywords();
     for (const QString &keyword : keywords) {
-        if (carriedKeywords().contains(keyword) || options.isSameWithoutString(keyword))
+        const bool isCarried = Parameters::placeOf(keyword) != Parameters::Place::Nowhere
+                               && !isListOfAddresses(options, keyword);
+        if (isCarried || options.isSameWithoutString(keyword))
             continue;
         return refuse(error, QStringLiteral("A connection cannot carry the parameter \"%1\". %2")
                                  .arg(keyword, remedyFor(options, keyword)));
@@ -191,6 +189,30 @@ bool readSettings(const Options &options, PostgresDatabaseConnectionDetails &det
     return true;
 }
 
+QString parameterValue(const Options &options, const QString &name)
+{
+    const QString value = options.value(name);
+    const bool isPath = name == QLatin1String("passfile") || name == QLatin1String("sslcrldir");
+    return isPath && !value.isEmpty() ? QFileInfo(value).absoluteFilePath() : value;
+}
+
+bool readParameters(const Options &options, PostgresDatabaseConnectionDetails &details,
+                    DXError *error)
+{
+    QMap<QString, QString> parameters;
+    const QStringList names = Parameters::names();
+    for (const QString &name : names) {
+        const QString value = parameterValue(options, name);
+        if (options.isGiven(name) && !value.isEmpty()
+            && !Parameters::add(name, value, parameters, error))
+            return false;
+    }
+    if (details.host().isEmpty())
+        details.setHost(parameters.take(hostAddressKeyword));
+    details.setConnectionParameters(parameters);
+    return true;
+}
+
 } // namespace
 
 std::shared_ptr<PostgresDatabaseConnectionDetails>
@@ -200,7 +222,8 @@ PostgresConnectionStringReader::read(const QString &text, DXError *error)
     if (!options || !checkThatAllIsCarried(*options, error))
         return nullptr;
     auto details = std::make_shared<PostgresDatabaseConnectionDetails>();
-    if (!readLogin(*options, *details, error) || !readSettings(*options, *details, error))
+    if (!readLogin(*options, *details, error) || !readSettings(*options, *details, error)
+        || !readParameters(*options, *details, error))
         return nullptr;
     readSsl(*options, *details);
     return details;

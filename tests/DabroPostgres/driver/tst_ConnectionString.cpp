@@ -84,6 +84,13 @@ TEST(ConnectionString, namesWhatTheRecordHolds)
          },
          "port=5432 host='10.0.0.5' user='dba' sslmode=verify-full sslcompression=1 "
          "sslcert='/c\\'s' sslkey='/k' sslrootcert='/r' sslcrl='/crl'"},
+        {"further parameters, whatever they hold",
+         [](Details &d) {
+             d.setConnectionParameters({{QStringLiteral("krbsrvname"), QStringLiteral("it's \\ x")},
+                                        {QStringLiteral("connect_timeout"), QStringLiteral("10")}});
+         },
+         "port=5432 host='10.0.0.5' user='dba' sslmode=prefer connect_timeout='10' "
+         "krbsrvname='it\\'s \\\\ x'"},
     };
     for (const Case &oneCase : cases) {
         const auto details = dba();

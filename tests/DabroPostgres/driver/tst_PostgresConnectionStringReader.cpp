@@ -35,6 +35,8 @@ protected:
         services.write("# services\n[shop]\nhost=shop.example\nport=6000\nuser=seller\n"
                        "application_name=till\nsslmode=require\n"
                        "[slow]\nhost=slow.example\nconnect_timeout=7\n"
+                       "ssl_max_protocol_version=TLSv1.2\n"
+                       "[locked]\nhost=locked.example\nsslpassword=hunter2\n"
                        "[other]\nhost=other.example\npassword=o'p\n");
         set("PGSERVICEFILE", services.fileName());
     }
@@ -124,9 +126,13 @@ TEST_F(PostgresConnectionStringReaderTest, fillsFromTheEnvironmentAndLeavesTheRe
     ASSERT_TRUE(details->sslDetails());
     EXPECT_EQ(details->sslDetails()->sslMode(), QStringLiteral("verify-full"));
     EXPECT_TRUE(details->connectionSessionPreferences().isEmpty());
+    EXPECT_TRUE(details->connectionParameters().isEmpty());
 
     const auto given = read("postgres://me@there:1/mine?sslmode=prefer&connect_timeout=9"
                             "&ssl_max_protocol_version=TLSv1.2");
+    EXPECT_EQ(given->connectionParameters(),
+              (Texts{{QStringLiteral("connect_timeout"), QStringLiteral("9")},
+                     {QStringLiteral("ssl_max_protocol_version"), QStringLiteral("TLSv1.2")}}));
     EXPECT_EQ(given->description(), QStringLiteral("me@@there:1 - mine"));
     EXPECT_EQ(given->sslDetails()->sslMode(), QStringLiteral("prefer"));
 
@@ -144,12 +150,17 @@ TEST_F(PostgresConnectionStringReaderTest, expandsServices)
     EXPECT_EQ(read("postgres://u@/?service=other")->password(), QStringLiteral("o'p"));
 
     EXPECT_THAT(refusal("service=nowhere").toStdString(), testing::HasSubstr("\"nowhere\""));
-    const std::string slow = refusal("service=slow").toStdString();
-    EXPECT_THAT(slow, testing::HasSubstr("\"connect_timeout\""));
-    EXPECT_THAT(slow, testing::HasSubstr("\"slow\""));
-    EXPECT_THAT(slow, testing::HasSubstr("PGSERVICE"));
+    EXPECT_EQ(read("service=slow connect_timeout=8")->connectionParameters(),
+              (Texts{{QStringLiteral("connect_timeout"), QStringLiteral("8")},
+                     {QStringLiteral("ssl_max_protocol_version"), QStringLiteral("TLSv1.2")}}));
+    const std::string locked = refusal("service=locked").toStdString();
+    EXPECT_THAT(locked, testing::HasSubstr("\"sslpassword\""));
+    EXPECT_THAT(locked, testing::HasSubstr("\"locked\""));
+    EXPECT_THAT(locked, testing::HasSubstr("PGSERVICE"));
+    set("PGSERVICE", QStringLiteral("locked"));
+    EXPECT_EQ(read("user=u")->description(), QStringLiteral("u@@locked.example:5432"));
     set("PGSERVICE", QStringLiteral("slow"));
-    EXPECT_EQ(read("user=u")->description(), QStringLiteral("u@@slow.example:5432"));
+    EXPECT_TRUE(read("user=u")->connectionParameters().isEmpty()) << "libpq finds it there";
 }
 
 TEST_F(PostgresConnectionStringReaderTest, fillsTlsOnceAnyOfItIsGiven)
@@ -185,6 +196,27 @@ TEST_F(PostgresConnectionStringReaderTest, turnsSettingsIntoSessionPreferences)
         (Texts{{QStringLiteral("application_name"), QStringLiteral("'a'")}}));
 }
 
+TEST_F(PostgresConnectionStringReaderTest, keepsWhatElseConnectingTakes)
+{
+    EXPECT_EQ(
+        read("postgres://u:p@h/d?sslmode=require&channel_binding=require&gssencmode=disable"
+             "&target_session_attrs=read-write&keepalives_idle=5&sslsni=0&krbsrvname=it%27s"
+             "&hostaddr=10.0.0.1&ssl_min_protocol_version=TLSv1.3&requirepeer=&passfile=p")
+            ->connectionParameters(),
+        (Texts{{QStringLiteral("channel_binding"), QStringLiteral("require")},
+               {QStringLiteral("gssencmode"), QStringLiteral("disable")},
+               {QStringLiteral("hostaddr"), QStringLiteral("10.0.0.1")},
+               {QStringLiteral("keepalives_idle"), QStringLiteral("5")},
+               {QStringLiteral("krbsrvname"), QStringLiteral("it's")},
+               {QStringLiteral("passfile"), QDir::current().absoluteFilePath(QStringLiteral("p"))},
+               {QStringLiteral("ssl_min_protocol_version"), QStringLiteral("TLSv1.3")},
+               {QStringLiteral("sslsni"), QStringLiteral("0")},
+               {QStringLiteral("target_session_attrs"), QStringLiteral("read-write")}}));
+    const auto numbers = read("hostaddr=10.0.0.1 user=u");
+    EXPECT_EQ(numbers->description(), QStringLiteral("u@@10.0.0.1:5432"));
+    EXPECT_TRUE(numbers->connectionParameters().isEmpty());
+}
+
 TEST_F(PostgresConnectionStringReaderTest, refusesWhatItCannotReadOrCarry)
 {
     struct Case
@@ -193,15 +225,17 @@ TEST_F(PostgresConnectionStringReaderTest, refusesWhatItCannotReadOrCarry)
         const char *named;
     };
     for (const auto &[text, named] : std::initializer_list<Case>{
-             {"connect_timeout=10", "PGCONNECT_TIMEOUT"},
-             {"host=h hostaddr=10.0.0.1", "PGHOSTADDR"},
-             {"passfile=/p", "PGPASSFILE"},
-             {"gssencmode=disable", "PGGSSENCMODE"},
-             {"channel_binding=require", "PGCHANNELBINDING"},
-             {"krbsrvname=pg", "PGKRBSRVNAME"},
-             {"target_session_attrs=primary", "PGTARGETSESSIONATTRS"},
-             {"ssl_max_protocol_version=TLSv1.2", "PGSSLMAXPROTOCOLVERSION"},
-             {"keepalives=0", "Leave it out"},
+             {"host=a,b hostaddr=10.0.0.1,10.0.0.2", "PGHOSTADDR"},
+             {"hostaddr=10.0.0.1,10.0.0.2", "PGHOSTADDR"},
+             {"host=h hostaddr=there", "\"there\""},
+             {"sslpassword=p", "Leave it out"},
+             {"connect_timeout=soon", "\"connect_timeout\""},
+             {"keepalives=no", "\"no\""},
+             {"gssencmode=some", "\"some\""},
+             {"channel_binding=some", "\"some\""},
+             {"target_session_attrs=some", "\"some\""},
+             {"ssl_max_protocol_version=some", "\"some\""},
+             {"ssl_min_protocol_version=TLSv1.3 ssl_max_protocol_version=TLSv1.2", "range"},
              {"replication=database", "\"replication\""},
              {"options='-d 2'", "\"-d\""},
              {"client_encoding=LATIN1", "client_encoding"},
@@ -225,8 +259,8 @@ TEST_F(PostgresConnectionStringReaderTest, neverTellsThePassword)
 {
     for (const char *text :
          {"host=h password=my hunter2", "password = hunter2 hunter2x", "postgres://u:hunter2%zz@h/",
-          "postgres://h/?password=hunter2%zz", "password=hunter2 connect_timeout=1",
-          "password='hunter2\\\\'", "postgres://u:hunter2@h:x/"})
+          "postgres://h/?password=hunter2%zz", "password=hunter2 sslpassword=1",
+          "sslpassword=hunter2", "password='hunter2\\\\'", "postgres://u:hunter2@h:x/"})
         EXPECT_THAT(refusal(text).toStdString(), testing::Not(testing::HasSubstr("hunter2")))
             << text;
 }

@@ -36,6 +36,7 @@ std::shared_ptr<Details> sample()
     ssl->setClientCertificate(QStringLiteral("cert"));
     ssl->setServerRevocationList(QStringLiteral(""));
     details->setSslDetails(ssl);
+    details->setConnectionParameters({{QStringLiteral("connect_timeout"), QStringLiteral("10")}});
     return details;
 }
 
@@ -104,6 +105,7 @@ TEST(PostgresDatabaseConnectionDetails, copiesDeeply)
     EXPECT_TRUE(copy->isEqualToDatabaseConnectionDetails(*details));
     EXPECT_EQ(copy->alias(), details->alias());
     EXPECT_EQ(copy->connectionSessionPreferences(), details->connectionSessionPreferences());
+    EXPECT_EQ(copy->connectionParameters(), details->connectionParameters());
     ASSERT_TRUE(copy->sshTunnelModel());
 
     copy->sshTunnelModel()->host = QStringLiteral("jump");
@@ -130,13 +132,19 @@ TEST(PostgresDatabaseConnectionDetails, comesBackFromItsArchive)
     Details untouched;
     untouched.decode({{QStringLiteral("sslDetails"), 3}});
     EXPECT_FALSE(untouched.sslDetails());
+    QCborMap without;
+    untouched.encode(without);
+    EXPECT_FALSE(without.contains(QStringLiteral("connectionParameters")));
 }
 
-TEST(PostgresDatabaseConnectionDetails, sharesSessionsOnlyUnderTheSameTls)
+TEST(PostgresDatabaseConnectionDetails, sharesSessionsOnlyUnderTheSameTlsAndParameters)
 {
     const auto details = sample();
     const auto other = sample();
     EXPECT_EQ(details->sessionKey(), other->sessionKey());
+    other->setConnectionParameters({});
+    EXPECT_NE(details->sessionKey(), other->sessionKey());
+    other->setConnectionParameters(details->connectionParameters());
     other->sslDetails()->setSslMode(PostgresSSLDetails::modes()[0]);
     EXPECT_NE(details->sessionKey(), other->sessionKey());
     other->setSslDetails(nullptr);
@@ -146,6 +154,8 @@ TEST(PostgresDatabaseConnectionDetails, sharesSessionsOnlyUnderTheSameTls)
 TEST(PostgresDatabaseConnectionDetails, needsTheNameForItsCertificateAndItsPasswordFile)
 {
     const auto details = sample();
+    EXPECT_TRUE(details->needsHostName());
+    details->setConnectionParameters({});
     EXPECT_FALSE(details->needsHostName());
     details->setPassword({});
     EXPECT_TRUE(details->needsHostName());

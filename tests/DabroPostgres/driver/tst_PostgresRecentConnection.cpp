@@ -257,6 +257,8 @@ TEST(PostgresRecentConnection, archivesEverythingButUnwantedPasswords)
         std::make_shared<DXSSHTunnelModel>(DXSSHTunnelModel{.host = u"hop"_qs}));
     record.setSslDetails(std::make_shared<PostgresSSLDetails>());
     record.sslDetails()->setSslMode(u"verify-full"_qs);
+    EXPECT_FALSE(record.encode().contains(QLatin1String("connectionParameters")));
+    record.setConnectionParameters({{u"connect_timeout"_qs, u"10"_qs}});
 
     PostgresRecentConnection read;
     read.decode(record.encode());
@@ -268,6 +270,7 @@ TEST(PostgresRecentConnection, archivesEverythingButUnwantedPasswords)
     EXPECT_TRUE(details->username().isNull());
     EXPECT_EQ(details->password(), u"secret"_qs);
     EXPECT_EQ(details->connectionSessionPreferences().value(u"TimeZone"_qs), u"UTC"_qs);
+    EXPECT_EQ(details->connectionParameters().value(u"connect_timeout"_qs), u"10"_qs);
     EXPECT_EQ(details->sshTunnelModel()->host, u"hop"_qs);
     EXPECT_EQ(details->sslDetails()->sslMode(), u"verify-full"_qs);
 

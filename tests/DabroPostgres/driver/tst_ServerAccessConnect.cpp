@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Dabro developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DabroPostgres/driver/ServerAccess.h"
+#include "driver/connecting/PostgresConnectionStringReader.h"
 #include "support/Background.h"
 #include "support/PrintQt.h"
 
@@ -106,6 +107,43 @@ TEST_F(ServerAccessConnect, waitsAMinuteForASilentNetworkUnlessTold)
     const EnvironmentVariable service("PGSERVICE", QStringLiteral("patient"));
     const auto client = connected(recordOnLoopback(cluster()));
     EXPECT_EQ(tcpOption(TCP_USER_TIMEOUT, cluster().port()), 7000);
+    client->disconnect();
+
+    const Record told = recordOnLoopback(cluster());
+    told->setConnectionParameters({{QStringLiteral("tcp_user_timeout"), QStringLiteral("8000")},
+                                   {QStringLiteral("keepalives_idle"), QStringLiteral("99")}});
+    const auto patient = connected(told);
+    EXPECT_EQ(tcpOption(TCP_USER_TIMEOUT, cluster().port()), 8000);
+    EXPECT_EQ(tcpOption(TCP_KEEPIDLE, cluster().port()), 99);
+    EXPECT_EQ(tcpOption(TCP_KEEPCNT, cluster().port()), 3);
+}
+
+// As hosts of PostgreSQL hand them out.
+TEST_F(ServerAccessConnect, tellsLibpqWhatAnAddressSays)
+{
+    const auto recordOf = [](const QString &parameters) {
+        const QString text =
+            QStringLiteral("postgres://%1@127.0.0.1:%2/postgres?%3")
+                .arg(PostgresCluster::superuser(), QString::number(cluster().port()), parameters);
+        DXError error;
+        const Record details = PostgresConnectionStringReader::read(text, &error);
+        EXPECT_TRUE(details) << error.description().toStdString();
+        return details ? details : record(cluster());
+    };
+    const auto client =
+        connected(recordOf(QStringLiteral("connect_timeout=10&target_session_attrs=read-write&"
+                                          "application_name=it%27s&gssencmode=disable")));
+    EXPECT_EQ(scalar(*client, QStringLiteral("SHOW application_name")), u"it's");
+
+    for (const auto &[parameters, says] : std::initializer_list<std::pair<QString, QString>>{
+             {QStringLiteral("target_session_attrs=standby"),
+              QStringLiteral("server is not in hot standby mode")},
+             {QStringLiteral("channel_binding=require"), QStringLiteral("channel binding")},
+             {QStringLiteral("hostaddr=127.7.7.7"), QStringLiteral("127.7.7.7")}}) {
+        const Attempt attempt = connect(recordOf(parameters));
+        EXPECT_FALSE(attempt.isConnected) << parameters.toStdString();
+        expectContains(attempt.error.description(), says);
+    }
 }
 
 struct PasswordCase
