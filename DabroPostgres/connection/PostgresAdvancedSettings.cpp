@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "connection/PostgresAdvancedSettings.h"
 
+#include "driver/connecting/PostgresConnectionParameters.h"
 #include "driver/connecting/PostgresSessionSettings.h"
 
 namespace
@@ -12,7 +13,59 @@ bool isTimeZone(const QString &name)
     return name.compare(QLatin1String("timezone"), Qt::CaseInsensitive) == 0;
 }
 
+using Settings = PostgresAdvancedSettings;
+
+Settings::Row trimmed(const Settings::Row &row)
+{
+    return {.name = row.name.trimmed(), .value = row.value.trimmed()};
+}
+
+bool isEmpty(const Settings::Row &row)
+{
+    return row.name.isEmpty() && row.value.isEmpty();
+}
+
 } // namespace
+
+// What is wrong with a row, whatever its parameter means.
+QString Settings::problemOf(const Row &row, const QMap<QString, QString> &parametersBefore)
+{
+    if (row.name.isEmpty())
+        return tr("The value \"%1\" lacks the name of its parameter.").arg(row.value);
+    if (row.value.isEmpty())
+        return tr("\"%1\" lacks a value.").arg(row.name);
+    if (parametersBefore.contains(row.name.toLower()))
+        return tr("\"%1\" is there twice.").arg(row.name);
+    return {};
+}
+
+QList<Settings::Row> Settings::rowsOf(const QMap<QString, QString> &connectionParameters)
+{
+    QList<Row> rows;
+    for (auto it = connectionParameters.begin(); it != connectionParameters.end(); ++it)
+        rows.append({.name = it.key(), .value = it.value()});
+    return rows;
+}
+
+std::optional<QMap<QString, QString>> Settings::connectionParameters(const QList<Row> &rows,
+                                                                     Problem &problem)
+{
+    QMap<QString, QString> parameters;
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        const Row row = trimmed(rows[i]);
+        if (isEmpty(row))
+            continue;
+        DXError error;
+        problem = {.row = i, .text = problemOf(row, parameters)};
+        if (problem.text.isEmpty()
+            && !PostgresConnectionParameters::add(row.name.toLower(), row.value, parameters,
+                                                  &error))
+            problem.text = error.description();
+        if (!problem.text.isEmpty())
+            return std::nullopt;
+    }
+    return parameters;
+}
 
 PostgresAdvancedSettings::PostgresAdvancedSettings(const QMap<QString, QString> &parameters)
     : m_original(parameters)
@@ -40,20 +93,16 @@ std::optional<QMap<QString, QString>> PostgresAdvancedSettings::parameters(const
         return std::nullopt;
     }
     for (qsizetype i = 0; i < rows.size(); ++i) {
-        const Row row{.name = rows[i].name.trimmed(), .value = rows[i].value.trimmed()};
-        if (row.name.isEmpty() && row.value.isEmpty())
+        const Row row = trimmed(rows[i]);
+        if (isEmpty(row))
             continue;
         problem = {.row = i, .text = {}};
         if (m_rows.contains(row))
             parameters.insert(row.name, m_original.value(row.name));
-        else if (row.name.isEmpty())
-            problem.text = tr("The value \"%1\" lacks the name of its parameter.").arg(row.value);
-        else if (row.value.isEmpty())
-            problem.text = tr("\"%1\" lacks a value.").arg(row.name);
-        else if (isTimeZone(row.name))
+        else if (isTimeZone(row.name) && !row.value.isEmpty())
             problem.text = tr("The time zone is chosen above.");
-        else if (parameters.contains(row.name.toLower()))
-            problem.text = tr("\"%1\" is there twice.").arg(row.name);
+        else if (const QString wrong = problemOf(row, parameters); !wrong.isEmpty())
+            problem.text = wrong;
         else if (!PostgresSessionSettings::add(row.name, row.value, parameters, &error))
             problem.text = error.description();
         if (!problem.text.isEmpty())

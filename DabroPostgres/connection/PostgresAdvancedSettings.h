@@ -9,8 +9,9 @@
 
 #include <optional>
 
-/// A connection's session parameters as the advanced sheet edits them: the time zone, and rows of
-/// names and values that are written plainly; the record keeps them ready for SET statements. [any]
+/// A connection's parameters as the advanced sheet edits them: rows of names and values that are
+/// written plainly, and the time zone. Those of the session, the record keeps ready for SET
+/// statements. [any]
 class PostgresAdvancedSettings final
 {
     Q_DECLARE_TR_FUNCTIONS(PostgresAdvancedSettings)
@@ -23,6 +24,8 @@ public:
 
         friend bool operator==(const Row &, const Row &) = default;
     };
+
+    static QList<Row> rowsOf(const QMap<QString, QString> &connectionParameters);
 
     explicit PostgresAdvancedSettings(const QMap<QString, QString> &parameters);
 
@@ -40,8 +43,13 @@ public:
     /// name and value are left out, and those that nobody changed stay to the letter as they were.
     std::optional<QMap<QString, QString>>
     parameters(const QString &timeZone, const QList<Row> &rows, Problem &problem) const;
+    /// The same for the connection's own parameters, which rowsOf() shows.
+    static std::optional<QMap<QString, QString>> connectionParameters(const QList<Row> &rows,
+                                                                      Problem &problem);
 
 private:
+    static QString problemOf(const Row &row, const QMap<QString, QString> &parametersBefore);
+
     QMap<QString, QString> m_original;
     QString m_timeZone;
     QList<Row> m_rows;

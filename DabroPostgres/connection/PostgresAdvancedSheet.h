@@ -7,13 +7,12 @@
 #include <QDialog>
 
 class DXFormField;
+class PostgresParameterTable;
 class QCheckBox;
 class QComboBox;
-class QPushButton;
-class QTableWidget;
 
-/// The sheet of a connection's session settings: time zone, parameters, and whether the tree groups
-/// by schema. [main]
+/// The sheet of a connection's session settings, of the parameters that connecting takes, and of
+/// whether the tree groups by schema. [main]
 class PostgresAdvancedSheet final : public QDialog
 {
     Q_OBJECT
@@ -23,6 +22,7 @@ public:
     {
         /// As the record keeps them.
         QMap<QString, QString> parameters = {};
+        QMap<QString, QString> connectionParameters = {};
         /// As in PostgresRecentConnection; the check box says the opposite.
         bool groupSchemas = true;
     };
@@ -35,18 +35,11 @@ public:
     void accept() override;
 
 private:
-    QWidget *createTable();
-    QWidget *createButtons();
-    void addRow(const PostgresAdvancedSettings::Row &row);
-    void removeRow();
-    QList<PostgresAdvancedSettings::Row> rows() const;
-
     const PostgresAdvancedSettings m_settings;
     Values m_values;
     QComboBox *const m_timeZone;
-    QTableWidget *const m_table;
+    PostgresParameterTable *const m_session;
+    PostgresParameterTable *const m_connection;
     QCheckBox *const m_group;
     DXFormField *const m_timeZoneField;
-    DXFormField *m_tableField = nullptr;
-    QPushButton *m_remove = nullptr;
 };

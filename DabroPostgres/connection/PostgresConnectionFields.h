@@ -28,6 +28,7 @@ struct PostgresConnectionFields
     std::shared_ptr<PostgresSSLDetails> ssl = {};
     /// As the record keeps them (PostgresSessionSettings).
     QMap<QString, QString> sessionParameters = {};
+    QMap<QString, QString> connectionParameters = {};
     /// As in PostgresRecentConnection.
     bool groupSchemas = true;
 };

@@ -200,10 +200,9 @@ void PostgresConnectionForm::setFields(const Fields &fields)
 
 PostgresConnectionFields PostgresConnectionForm::fields() const
 {
-    Fields fields = m_kept;
+    Fields fields = Controller::withHost(m_kept, m_host->text());
     fields.name = m_name->text();
     fields.tabColor = m_color->color();
-    fields.host = m_host->text();
     fields.port = m_port->text();
     fields.user = m_user->text();
     fields.password = m_password->text();
@@ -291,11 +290,16 @@ void PostgresConnectionForm::openSSLSheet()
 
 void PostgresConnectionForm::openAdvancedSheet()
 {
-    auto *const sheet = new PostgresAdvancedSheet(
-        {.parameters = m_kept.sessionParameters, .groupSchemas = m_kept.groupSchemas}, window());
+    m_kept = fields();
+    auto *const sheet =
+        new PostgresAdvancedSheet({.parameters = m_kept.sessionParameters,
+                                   .connectionParameters = m_kept.connectionParameters,
+                                   .groupSchemas = m_kept.groupSchemas},
+                                  window());
     sheet->setAttribute(Qt::WA_DeleteOnClose);
     connect(sheet, &QDialog::accepted, this, [this, sheet] {
         m_kept.sessionParameters = sheet->values().parameters;
+        m_kept.connectionParameters = sheet->values().connectionParameters;
         m_kept.groupSchemas = sheet->values().groupSchemas;
         showSummaries();
         Q_EMIT edited();

@@ -22,6 +22,9 @@ std::shared_ptr<Record> copyOf(const std::shared_ptr<Record> &record)
     return record ? std::make_shared<Record>(*record) : nullptr;
 }
 
+// The address of the host that it came with, and of no other.
+const QString hostAddress = QStringLiteral("hostaddr");
+
 QString portText(quint16 port)
 {
     return port == 0 ? QString() : QString::number(port);
@@ -54,6 +57,7 @@ Fields Controller::fieldsOf(const PostgresRecentConnection &record)
             .tunnel = copyOf(record.sshTunnelDetails()),
             .ssl = copyOf(record.sslDetails()),
             .sessionParameters = record.connectionSessionParameters(),
+            .connectionParameters = record.connectionParameters(),
             .groupSchemas = record.groupSchemas()};
 }
 
@@ -76,6 +80,7 @@ std::shared_ptr<PostgresRecentConnection> Controller::recordOf(const Fields &fie
     record->setSshTunnelDetails(copyOf(fields.tunnel));
     record->setSslDetails(copyOf(fields.ssl));
     record->setConnectionSessionParameters(fields.sessionParameters);
+    record->setConnectionParameters(fields.connectionParameters);
     record->setGroupSchemas(fields.groupSchemas);
     return record;
 }
@@ -94,6 +99,7 @@ Controller::recordOf(const PostgresDatabaseConnectionDetails &details)
         .tunnel = details.sshTunnelModel(),
         .ssl = details.sslDetails(),
         .sessionParameters = details.connectionSessionPreferences(),
+        .connectionParameters = details.connectionParameters(),
         .groupSchemas = PostgresConnectionHelper::sharedInstance().groupBySchemaForDBC(details)};
     return recordOf(fields, id.isEmpty() ? SQLRecentConnection::createConnectionId() : id);
 }
@@ -106,6 +112,12 @@ Controller::Problems Controller::problemsOf(const Fields &fields)
         problems.insert(Field::Host, text);
     else if (fields.host.trimmed().contains(u' '))
         problems.insert(Field::Host, tr("A host's name holds no blanks."));
+    else if (fields.connectionParameters.contains(hostAddress) && fields.host.contains(u','))
+        problems.insert(Field::Host, tr("The connection parameter \"hostaddr\" is the address of "
+                                        "one host, not of a list."));
+    else if (fields.connectionParameters.contains(hostAddress) && fields.tunnel)
+        problems.insert(Field::Host, tr("The connection parameter \"hostaddr\" would lead past the "
+                                        "SSH tunnel: remove it, or write it here."));
     else if (fields.tunnel && fields.host.startsWith(u'/'))
         problems.insert(Field::Host, tr("Through an SSH tunnel a server is reached by its name or "
                                         "address, not by a socket folder."));
@@ -149,7 +161,8 @@ std::optional<Fields> Controller::read(const QString &text, DXError *error)
                   .password = details->password(),
                   .database = details->database(),
                   .ssl = details->sslDetails(),
-                  .sessionParameters = details->connectionSessionPreferences()};
+                  .sessionParameters = details->connectionSessionPreferences(),
+                  .connectionParameters = details->connectionParameters()};
 }
 
 Fields Controller::merged(Fields fields, const Fields &read)
@@ -163,6 +176,8 @@ Fields Controller::merged(Fields fields, const Fields &read)
     if (read.ssl)
         fields.ssl = read.ssl;
     fields.sessionParameters.insert(read.sessionParameters);
+    fields.connectionParameters.remove(hostAddress);
+    fields.connectionParameters.insert(read.connectionParameters);
     return fields;
 }
 
@@ -191,6 +206,14 @@ Controller::Problems Controller::problemsOf(const DXError &failure)
     return {};
 }
 
+Fields Controller::withHost(Fields fields, const QString &host)
+{
+    if (fields.host.trimmed() != host.trimmed())
+        fields.connectionParameters.remove(hostAddress);
+    fields.host = host;
+    return fields;
+}
+
 QString Controller::sslSummary(const std::shared_ptr<PostgresSSLDetails> &ssl)
 {
     const QString mode = ssl ? ssl->sslMode() : QStringLiteral("prefer");
@@ -217,6 +240,10 @@ QString Controller::sessionSummary(const Fields &fields)
     }
     if (others > 0)
         parts.append(others == 1 ? tr("1 parameter") : tr("%1 parameters").arg(others));
+    const qsizetype ofConnection = fields.connectionParameters.size();
+    if (ofConnection > 0)
+        parts.append(ofConnection == 1 ? tr("1 connection parameter")
+                                       : tr("%1 connection parameters").arg(ofConnection));
     if (!fields.groupSchemas)
         parts.append(tr("tree grouped by schema"));
     return parts.isEmpty() ? tr("The server's defaults") : parts.join(QLatin1String(", "));

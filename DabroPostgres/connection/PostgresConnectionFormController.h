@@ -48,6 +48,8 @@ public:
     /// fields with what read describes; what an address never holds, and what this one leaves
     /// open, stays.
     static Fields merged(Fields fields, const Fields &read);
+    /// fields with another host, and without the address that the former one was given.
+    static Fields withHost(Fields fields, const QString &host);
     /// The field that made connecting fail, and what to say there; nothing when the error does not
     /// tell.
     static Problems problemsOf(const DXError &failure);

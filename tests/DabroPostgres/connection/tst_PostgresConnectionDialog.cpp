@@ -3,6 +3,7 @@
 #include "DabroPostgres/connection/ConnectionDialog.h"
 
 #include "connection/PostgresAdvancedSheet.h"
+#include "connection/PostgresParameterTable.h"
 #include "connection/PostgresSSLSheet.h"
 #include "support/PrintQt.h"
 
@@ -183,14 +184,14 @@ TEST_F(ConnectionDialog, editsASavedConnectionAndKeepsWhatWasTypedForAnother)
     EXPECT_EQ(stored().first()->password(), u"kept"_qs);
 }
 
-TEST_F(ConnectionDialog, setsSessionParametersAsTheyWereTyped)
+TEST_F(ConnectionDialog, setsParametersAsTheyWereTyped)
 {
     open();
     paste(u"Host"_qs, uri());
     ASSERT_TRUE(DXWait::until([this] { return field(u"User"_qs) == u"clerk"_qs; }));
     type<QLineEdit>(dialog(), u"Password"_qs, password());
     click<QPushButton>(dialog(), u"Advanced settings"_qs);
-    auto *const sheet = opened<PostgresAdvancedSheet>();
+    auto *sheet = opened<PostgresAdvancedSheet>();
     sheet->findChild<QComboBox *>()->setCurrentText(u"Asia/Tokyo"_qs);
     click<QPushButton>(sheet, u"Add"_qs);
     auto *const table = sheet->findChild<QTableWidget *>();
@@ -199,6 +200,24 @@ TEST_F(ConnectionDialog, setsSessionParametersAsTheyWereTyped)
     QTest::keyClick(sheet, Qt::Key_Return);
     EXPECT_TRUE(sheet->isVisible());
     table->item(0, 0)->setText(u"application_name"_qs);
+    auto *const ofConnection = sheet->findChildren<PostgresParameterTable *>().last();
+    click<QPushButton>(ofConnection, u"Add"_qs);
+    auto *const item = ofConnection->findChild<QTableWidget *>()->item(0, 1);
+    ofConnection->findChild<QTableWidget *>()->item(0, 0)->setText(u"target_session_attrs"_qs);
+    item->setText(u"any server"_qs);
+    QTest::keyClick(sheet, Qt::Key_Return);
+    EXPECT_TRUE(sheet->isVisible());
+    item->setText(u"standby"_qs);
+    click<QPushButton>(sheet, u"Apply"_qs);
+    click<QPushButton>(dialog(), u"Test connection"_qs);
+    EXPECT_THAT(message().toStdString(), HasSubstr("not in hot standby mode"));
+    click<QPushButton>(dialog(), u"Advanced settings"_qs);
+    EXPECT_TRUE(DXWait::until([&] {
+        sheet = opened<PostgresAdvancedSheet>();
+        return sheet->isVisible();
+    }));
+    auto *const again = sheet->findChildren<PostgresParameterTable *>().last();
+    again->findChild<QTableWidget *>()->item(0, 1)->setText(u"primary"_qs);
     click<QPushButton>(sheet, u"Apply"_qs);
     QTest::keyClick(dialog(), Qt::Key_Return);
     ASSERT_TRUE(DXWait::until([this] { return m_connected != nullptr; }));

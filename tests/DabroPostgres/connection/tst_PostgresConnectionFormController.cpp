@@ -30,6 +30,7 @@ TEST(PostgresConnectionFormController, tellsAddressesFromWhatAFieldHolds)
 TEST(PostgresConnectionFormController, namesWhatAConnectionCannotCarry)
 {
     const auto tunnel = std::make_shared<DXSSHTunnelModel>();
+    const QMap<QString, QString> address{{u"hostaddr"_qs, u"10.0.0.1"_qs}};
     const struct
     {
         Fields fields;
@@ -42,6 +43,9 @@ TEST(PostgresConnectionFormController, namesWhatAConnectionCannotCarry)
         {{.host = u"two hosts"_qs, .port = u"65536"_qs}, {Field::Host, Field::Port}},
         {{.port = u"0"_qs, .password = u"a\\b"_qs}, {Field::Port, Field::Password}},
         {{.host = u"/run"_qs, .tunnel = tunnel}, {Field::Host}},
+        {{.host = u"h"_qs, .tunnel = tunnel, .connectionParameters = address}, {Field::Host}},
+        {{.host = u"a,b"_qs, .connectionParameters = address}, {Field::Host}},
+        {{.host = u"h"_qs, .connectionParameters = address}, {}},
     };
     for (const auto &test : cases)
         EXPECT_EQ(Controller::problemsOf(test.fields).keys(), test.problems)
@@ -59,8 +63,11 @@ TEST(PostgresConnectionFormController, keepsWhatAnAddressLeavesOpen)
                         .password = u"of the old server"_qs,
                         .ssl = ssl,
                         .sessionParameters = {{u"timezone"_qs, u"UTC"_qs}},
+                        .connectionParameters = {{u"hostaddr"_qs, u"10.0.0.1"_qs},
+                                                 {u"connect_timeout"_qs, u"9"_qs},
+                                                 {u"sslsni"_qs, u"0"_qs}},
                         .groupSchemas = false};
-    const auto address = read(u"host=h port=6 user=u application_name=a"_qs);
+    const auto address = read(u"host=h port=6 user=u application_name=a connect_timeout=3"_qs);
     ASSERT_TRUE(address);
     const Fields after = Controller::merged(before, *address);
     EXPECT_EQ(after.name, u"shop"_qs);
@@ -69,7 +76,13 @@ TEST(PostgresConnectionFormController, keepsWhatAnAddressLeavesOpen)
     EXPECT_EQ(after.ssl, ssl);
     EXPECT_EQ(after.sessionParameters.keys(),
               (QStringList{u"application_name"_qs, u"timezone"_qs}));
+    EXPECT_EQ(after.connectionParameters,
+              (QMap<QString, QString>{{u"connect_timeout"_qs, u"3"_qs}, {u"sslsni"_qs, u"0"_qs}}));
     EXPECT_FALSE(after.groupSchemas);
+    EXPECT_EQ(Controller::withHost(before, u"old "_qs).connectionParameters,
+              before.connectionParameters);
+    EXPECT_FALSE(
+        Controller::withHost(before, u"new"_qs).connectionParameters.contains(u"hostaddr"_qs));
     EXPECT_FALSE(read(u"postgres://h:port/"_qs));
 }
 
@@ -87,6 +100,7 @@ TEST(PostgresConnectionFormController, changesNothingOfARecordThatIsShown)
     record.setDatabase(u"d"_qs);
     record.setGroupSchemas(true);
     record.setConnectionSessionParameters({{u"work_mem"_qs, u"'8MB'"_qs}});
+    record.setConnectionParameters({{u"connect_timeout"_qs, u"10"_qs}});
     record.setSshTunnelDetails(std::make_shared<DXSSHTunnelModel>(
         DXSSHTunnelModel{.host = u"hop"_qs, .port = 22, .configurationFile = u"/c"_qs}));
     record.setSslDetails(std::make_shared<PostgresSSLDetails>());
@@ -138,6 +152,41 @@ TEST(PostgresAdvancedSettings, writesWhatWasTypedAndLeavesTheRestAlone)
     }
     EXPECT_FALSE(settings.parameters(u"it's"_qs, {}, problem));
     EXPECT_EQ(problem.row, -1);
+}
+
+TEST(PostgresAdvancedSettings, takesOnlyParametersThatLibpqTakes)
+{
+    using Settings = PostgresAdvancedSettings;
+    const QMap<QString, QString> stored{{u"connect_timeout"_qs, u"10"_qs},
+                                        {u"krbsrvname"_qs, u"it's"_qs}};
+    const Settings::Row first{u"connect_timeout"_qs, u"10"_qs};
+    Settings::Problem problem;
+    EXPECT_EQ(Settings::connectionParameters(Settings::rowsOf(stored), problem), stored);
+    EXPECT_EQ(
+        Settings::connectionParameters(
+            {{u" Connect_Timeout"_qs, u"10 "_qs}, {}, {u"krbsrvname"_qs, u"it's"_qs}}, problem),
+        stored);
+    const struct
+    {
+        Settings::Row row;
+        QString says;
+    } cases[] = {
+        {{u"colour"_qs, u"red"_qs}, u"\"colour\""_qs},
+        {{u"host"_qs, u"h"_qs}, u"fields"_qs},
+        {{u"application_name"_qs, u"a"_qs}, u"session parameters"_qs},
+        {{u"sslpassword"_qs, u"p"_qs}, u"cannot carry"_qs},
+        {{u"connect_timeout"_qs, u"11"_qs}, u"twice"_qs},
+        {{u"keepalives_idle"_qs, u"long"_qs}, u"\"long\""_qs},
+        {{u"target_session_attrs"_qs, u"some"_qs}, u"\"some\""_qs},
+        {{u"hostaddr"_qs, u"db.example"_qs}, u"\"db.example\""_qs},
+        {{u"sslsni"_qs, {}}, u"lacks a value"_qs},
+        {{{}, u"5"_qs}, u"lacks the name"_qs},
+    };
+    for (const auto &[row, says] : cases) {
+        EXPECT_FALSE(Settings::connectionParameters({first, row}, problem)) << qPrintable(row.name);
+        EXPECT_EQ(problem.row, 1);
+        EXPECT_THAT(problem.text.toStdString(), testing::HasSubstr(says.toStdString()));
+    }
 }
 
 } // namespace
