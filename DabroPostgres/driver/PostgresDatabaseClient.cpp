@@ -8,9 +8,10 @@
 #include "dispatch/DXDispatch.h"
 #include "driver/PostgresDatabaseResultSet.h"
 #include "driver/connecting/PostgresConnectionHandle.h"
+#include "driver/connecting/PostgresConnectionParameters.h"
+#include "driver/connecting/PostgresPasswordFile.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <poll.h>
@@ -89,10 +90,7 @@ DXError withPasswordFilesFault(PGconn *connection, const DXError &failure)
         if (option->val && QByteArrayView(option->keyword) == "passfile")
             path = QFile::decodeName(option->val);
     }
-    const QFileInfo file(path);
-    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther
-                        | QFile::WriteOther | QFile::ExeOther;
-    if (path.isEmpty() || !file.isFile() || !(file.permissions() & others))
+    if (!PostgresPasswordFile(path).isOpenToOthers())
         return failure;
     return failure.withDescription(
         QStringLiteral("%1\nThe password file \"%2\" is not used, since it is open to others. "
@@ -167,6 +165,11 @@ DXError PostgresDatabaseClient::connectionFailure() const
     DXError failure = m_internalConnection->error();
     if (connectionNeedsPassword() && postgresDetails().password().isEmpty())
         failure = withPasswordFilesFault(m_internalConnection->get(), failure);
+    if (!m_passwordFile.isEmpty()
+        && failure.description().contains(QLatin1String("password authentication failed")))
+        failure =
+            failure.withDescription(QStringLiteral("%1\npassword retrieved from file \"%2\"")
+                                        .arg(failure.description().trimmed(), m_passwordFile));
     const QString said = m_tunnel ? m_tunnel->standardError().trimmed() : QString();
     return said.isEmpty() ? failure : failure.withDetail(DXSSHTunnel::standardErrorKey(), said);
 }
@@ -217,8 +220,17 @@ void PostgresDatabaseClient::openHandle(const QString &database)
 {
     if (postgresDetails().needsHostName())
         DXHostCache::sharedInstance().pinHost(postgresDetails().host());
-    const QString connectionString =
+    QString connectionString =
         withLimitOnSilence(generateConnectionString(m_tunnel.get(), database));
+    m_passwordFile = QString();
+    if (m_tunnel) {
+        const auto found = PostgresPasswordFile::find(postgresDetails(), database);
+        m_passwordFile = found.path;
+        if (!found.password.isEmpty())
+            connectionString +=
+                QLatin1Char(' ')
+                + PostgresConnectionParameters::entry(QStringLiteral("password"), found.password);
+    }
     auto handle = std::make_shared<PostgresConnectionHandle>(
         PQconnectdb(connectionString.toUtf8().constData()));
     const std::lock_guard lock(m_handleMutex);

@@ -125,6 +125,8 @@ private:
     mutable std::mutex m_handleMutex;
     std::shared_ptr<PostgresConnectionHandle> m_internalConnection;
     std::unique_ptr<DXSSHTunnel> m_tunnel;
+    // Where the password of the last attempt came from; empty for anywhere else.
+    QString m_passwordFile;
     QString m_internalVersionString;
     QString m_lastQueryExecuted;
 };

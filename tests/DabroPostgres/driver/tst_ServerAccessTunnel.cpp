@@ -8,6 +8,7 @@
 
 #include <QRegularExpression>
 #include <QTcpSocket>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -22,7 +23,11 @@ class ServerAccessTunnel : public testing::Test
 protected:
     static void SetUpTestSuite()
     {
-        s_cluster = std::make_unique<PostgresCluster>(PostgresCluster::Options{.tcp = true});
+        s_cluster = std::make_unique<PostgresCluster>(PostgresCluster::Options{
+            .hba = {QStringLiteral("local all all trust"),
+                    QStringLiteral("host all keeper 127.0.0.1/32 scram-sha-256"),
+                    QStringLiteral("host all all 127.0.0.1/32 trust")},
+            .tcp = true});
         s_ssh = std::make_unique<TestSshServer>();
     }
     static void TearDownTestSuite()
@@ -98,6 +103,45 @@ TEST_F(ServerAccessTunnel, opensAnotherForTheDatabasePostgres)
     EXPECT_EQ(logins() - before, 2);
     EXPECT_TRUE(isOpen(ports.last()));
     EXPECT_TRUE(ports.first() == ports.last() || !isOpen(ports.first()));
+}
+
+// libpq sees a port of 127.0.0.1 that is another one each time.
+TEST_F(ServerAccessTunnel, findsThePasswordOfTheServerBehindIt)
+{
+    const QString secret = QStringLiteral("it's: a\\ \"key\"");
+    s_cluster->psql(QStringLiteral("SET password_encryption = 'scram-sha-256';"
+                                   " CREATE ROLE keeper LOGIN PASSWORD '%1'")
+                        .arg(QString(secret).replace(u'\'', QStringLiteral("''"))));
+    const QTemporaryDir folder;
+    const auto write = [&folder](const QString &password) {
+        QFile file(folder.filePath(QStringLiteral("pgpass")));
+        EXPECT_TRUE(file.open(QFile::WriteOnly));
+        EXPECT_TRUE(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+        file.write(QStringLiteral("127.0.0.1:%1:*:keeper:%2\n")
+                       .arg(QString::number(s_cluster->port()), password)
+                       .toUtf8());
+        return file.fileName();
+    };
+    const EnvironmentVariable passfile(
+        "PGPASSFILE", write(QString(secret).replace(u'\\', QStringLiteral("\\\\"))));
+    const Record details = recordThrough(s_ssh->keyFile());
+    details->setUsername(QStringLiteral("keeper"));
+    const LoggedTexts logged;
+    const auto client = connected(details);
+    EXPECT_EQ(scalar(*client, QStringLiteral("SELECT session_user")), u"keeper");
+    EXPECT_TRUE(details->password().isNull());
+    EXPECT_EQ(logged.texts().filter(QStringLiteral("key\"")), QStringList());
+
+    const QString file = write(QStringLiteral("wrong-one"));
+    const Attempt attempt = connect(details);
+    EXPECT_FALSE(attempt.isConnected);
+    EXPECT_TRUE(attempt.error.description().contains(
+        QStringLiteral("password retrieved from file \"%1\"").arg(file)))
+        << attempt.error.description().toStdString();
+    EXPECT_EQ(logged.texts().filter(QStringLiteral("wrong-one")), QStringList());
+
+    QFile(file).setPermissions(QFile::ReadOwner | QFile::ReadOther);
+    EXPECT_TRUE(connect(details).error.description().contains(QStringLiteral("open to others")));
 }
 
 TEST_F(ServerAccessTunnel, isNotBypassedWhenItFails)
