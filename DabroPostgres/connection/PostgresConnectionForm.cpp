@@ -7,6 +7,7 @@
 #include "dispatch/DXDispatch.h"
 #include "driver/PostgresRecentConnection.h"
 #include "ui/DXFormField.h"
+#include "ui/DXLabels.h"
 #include "ui/connection/DXSSHTunnelFields.h"
 #include "ui/connection/DXTabColorBox.h"
 
@@ -20,14 +21,6 @@
 
 namespace
 {
-
-QLabel *summaryLabel()
-{
-    auto *const label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
 
 // What stands in after and not in before, if it was put in at one place.
 QString insertedText(const QString &before, const QString &after)
@@ -58,9 +51,9 @@ PostgresConnectionForm::PostgresConnectionForm(QWidget *parent)
     , m_remember(new QCheckBox(tr("Re&member")))
     , m_reveal(new QCheckBox(tr("Show")))
     , m_tunnel(new DXSSHTunnelFields)
-    , m_sslSummary(summaryLabel())
+    , m_sslSummary(DXLabels::plain())
     , m_ssl(new QPushButton(tr("SS&L…")))
-    , m_advancedSummary(summaryLabel())
+    , m_advancedSummary(DXLabels::plain())
     , m_advanced(new QPushButton(tr("Advanced…")))
     , m_addressField(new DXFormField(m_address))
     , m_hostField(new DXFormField(m_host))

@@ -4,6 +4,7 @@
 
 #include "driver/PostgresDatabaseConnectionDetails.h"
 #include "ui/DXFormField.h"
+#include "ui/DXLabels.h"
 #include "ui/connection/DXSSHTunnelFields.h"
 #include "ui/connection/DXTabColorBox.h"
 
@@ -24,15 +25,6 @@ namespace
 
 constexpr int rowGap = 8;
 constexpr int groupGap = 16;
-
-QLabel *labelFor(const QString &text, QWidget *editor)
-{
-    auto *const label = new QLabel(text);
-    label->setBuddy(editor);
-    // In line with an editor, not with the message below it.
-    label->setFixedHeight(editor->sizeHint().height());
-    return label;
-}
 
 QHBoxLayout *row()
 {
@@ -72,7 +64,7 @@ void PostgresConnectionForm::nameEditors()
 
 QLabel *PostgresConnectionForm::addRowLabel(const QString &text, QWidget *editor)
 {
-    m_rowLabels.append(labelFor(text, editor));
+    m_rowLabels.append(DXLabels::of(text, editor));
     return m_rowLabels.last();
 }
 
@@ -119,7 +111,7 @@ QHBoxLayout *PostgresConnectionForm::createNameRow()
 {
     QHBoxLayout *const layout = row();
     layout->addWidget(m_name, 1);
-    layout->addWidget(labelFor(tr("&Tab colour:"), m_color));
+    layout->addWidget(DXLabels::of(tr("&Tab colour:"), m_color));
     layout->addWidget(m_color);
     return layout;
 }
@@ -128,7 +120,7 @@ QHBoxLayout *PostgresConnectionForm::createServerRow()
 {
     QHBoxLayout *const layout = row();
     layout->addWidget(m_hostField, 1, Qt::AlignTop);
-    layout->addWidget(labelFor(tr("&Port:"), m_port), 0, Qt::AlignTop);
+    layout->addWidget(DXLabels::of(tr("&Port:"), m_port), 0, Qt::AlignTop);
     layout->addWidget(m_portField, 0, Qt::AlignTop);
     return layout;
 }

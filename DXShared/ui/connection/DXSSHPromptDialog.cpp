@@ -3,6 +3,7 @@
 #include "ui/connection/DXSSHPromptDialog.h"
 
 #include "ui/DXDialogButtons.h"
+#include "ui/DXLabels.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -16,14 +17,6 @@ namespace
 constexpr int edge = 16;
 constexpr int rowGap = 8;
 constexpr int narrowest = 480;
-
-QLabel *plainLabel(const QString &text)
-{
-    auto *const label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
 
 // What may be typed in a terminal; here there are buttons.
 QString withoutAnswers(const QString &text)
@@ -64,12 +57,12 @@ DXSSHPromptDialog::DXSSHPromptDialog(const QByteArray &hint, const QString &text
     layout->setContentsMargins(edge, edge, edge, edge);
     layout->setSpacing(rowGap);
 
-    QLabel *const title = plainLabel(heading(attempt));
+    QLabel *const title = DXLabels::plain(heading(attempt));
     QFont bold = title->font();
     bold.setBold(true);
     title->setFont(bold);
     layout->addWidget(title);
-    QLabel *const question = plainLabel(withoutAnswers(text));
+    QLabel *const question = DXLabels::plain(withoutAnswers(text));
     question->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     question->setFocusPolicy(Qt::ClickFocus);
     layout->addWidget(question);

@@ -5,6 +5,7 @@
 #include "client/secrets/DXSecurityBookmarkHelper.h"
 #include "ui/DXFileField.h"
 #include "ui/DXFormField.h"
+#include "ui/DXLabels.h"
 
 #include <QCheckBox>
 #include <QFileInfo>
@@ -19,15 +20,6 @@ namespace
 
 constexpr int rowGap = 8;
 constexpr int indentation = 24;
-
-QLabel *labelFor(const QString &text, QWidget *editor)
-{
-    auto *const label = new QLabel(text);
-    label->setBuddy(editor);
-    // In line with an editor, not with the message below it.
-    label->setFixedHeight(editor->sizeHint().height());
-    return label;
-}
 
 bool isPort(const QString &text)
 {
@@ -62,15 +54,15 @@ DXSSHTunnelFields::DXSSHTunnelFields(QWidget *parent)
     auto *const server = new QHBoxLayout;
     server->setSpacing(rowGap);
     server->addWidget(m_hostField, 1);
-    server->addWidget(labelFor(tr("P&ort:"), m_port), 0, Qt::AlignTop);
+    server->addWidget(DXLabels::of(tr("P&ort:"), m_port), 0, Qt::AlignTop);
     server->addWidget(m_portField, 0, Qt::AlignTop);
     auto *const form = new QFormLayout(m_fields);
     form->setContentsMargins(indentation, 0, 0, 0);
     form->setSpacing(rowGap);
     form->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
-    form->addRow(labelFor(tr("SSH ser&ver:"), m_host), server);
-    form->addRow(labelFor(tr("SSH use&r:"), m_user), m_userField);
-    form->addRow(labelFor(tr("Private &key:"), m_key), m_keyField);
+    form->addRow(DXLabels::of(tr("SSH ser&ver:"), m_host), server);
+    form->addRow(DXLabels::of(tr("SSH use&r:"), m_user), m_userField);
+    form->addRow(DXLabels::of(tr("Private &key:"), m_key), m_keyField);
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(rowGap);

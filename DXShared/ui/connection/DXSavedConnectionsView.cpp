@@ -3,7 +3,7 @@
 #include "ui/connection/DXSavedConnectionsView.h"
 
 #include "core/DXNotificationCenter.h"
-#include "ui/DXTheme.h"
+#include "ui/DXLabels.h"
 #include "ui/connection/DXSavedConnectionsDelegate.h"
 #include "ui/connection/DXSavedConnectionsModel.h"
 
@@ -28,12 +28,8 @@ constexpr int gap = 8;
 
 QLabel *quietLabel()
 {
-    auto *const label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    QPalette colors = label->palette();
-    colors.setColor(QPalette::WindowText, DXTheme::of(colors).secondaryText);
-    label->setPalette(colors);
+    QLabel *const label = DXLabels::plain();
+    label->setForegroundRole(QPalette::PlaceholderText);
     return label;
 }
 

@@ -9,6 +9,7 @@
 #include "query/SQLTokenizer.h"
 #include "ui/DXDangerButton.h"
 #include "ui/DXFailureView.h"
+#include "ui/DXLabels.h"
 #include "ui/editor/DXSQLEditor.h"
 
 #include <QClipboard>
@@ -31,11 +32,9 @@ constexpr int edge = 16;
 constexpr int gap = 8;
 constexpr std::chrono::milliseconds patience(150);
 
-QLabel *plainLabel(const QString &text)
+QLabel *selectableLabel(const QString &text)
 {
-    auto *const label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
+    QLabel *const label = DXLabels::plain(text);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label->setFocusPolicy(Qt::NoFocus);
     return label;
@@ -124,12 +123,12 @@ QWidget *DXQueryPreviewSheet::createQuestion()
     auto *const layout = new QVBoxLayout(question);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(gap);
-    QLabel *const title = plainLabel(m_settings.title);
+    QLabel *const title = selectableLabel(m_settings.title);
     QFont font = title->font();
     font.setBold(true);
     title->setFont(font);
     layout->addWidget(title);
-    layout->addWidget(plainLabel(m_settings.informativeText));
+    layout->addWidget(selectableLabel(m_settings.informativeText));
     return question;
 }
 
@@ -140,7 +139,7 @@ QWidget *DXQueryPreviewSheet::createScript()
     m_editor->setReadOnly(true);
     m_editor->setCaretLineVisible(false);
     m_editor->setAccessibleName(tr("The statements"));
-    m_loadingText = plainLabel(tr("Loading the statements…"));
+    m_loadingText = selectableLabel(tr("Loading the statements…"));
     m_loadingText->setAlignment(Qt::AlignCenter);
     m_loadingText->hide();
     auto *const loading = new QWidget;
@@ -159,7 +158,7 @@ QWidget *DXQueryPreviewSheet::createProgress()
     auto *const layout = new QVBoxLayout(m_progress);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(gap);
-    m_progressText = plainLabel(m_settings.progressTitle);
+    m_progressText = selectableLabel(m_settings.progressTitle);
     auto *const bar = new QProgressBar;
     bar->setRange(0, 0);
     bar->setTextVisible(false);
