@@ -10,6 +10,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLineEdit>
+#include <QTcpServer>
 
 namespace
 {
@@ -67,6 +68,24 @@ QDialog *ConnectionDialog::open(const std::shared_ptr<SQLRecentConnection> &reco
     m_controller->open(&m_window);
     EXPECT_TRUE(DXWait::until([this] { return m_list.isLoaded() && dialog()->isVisible(); }));
     return dialog();
+}
+
+void ConnectionDialog::openOnAddress()
+{
+    open();
+    paste(QStringLiteral("Host"), uri());
+    ASSERT_TRUE(DXWait::until([this] { return field(QStringLiteral("User")) == u"clerk"; }));
+}
+
+void ConnectionDialog::openAndConnectTo(QTcpServer &server)
+{
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    open();
+    Widgets::type<QLineEdit>(dialog(), QStringLiteral("Host"), QStringLiteral("127.0.0.1"));
+    Widgets::type<QLineEdit>(dialog(), QStringLiteral("Port"),
+                             QString::number(server.serverPort()));
+    QTest::keyClick(dialog(), Qt::Key_Return);
+    ASSERT_TRUE(DXWait::until([&server] { return server.hasPendingConnections(); }));
 }
 
 QDialog *ConnectionDialog::dialog() const

@@ -14,6 +14,8 @@
 
 #include <memory>
 
+class QTcpServer;
+
 /// The connection dialog on a window and a secret store of its own, and a server that listens on
 /// 127.0.0.1 and lets "clerk" in with the password "tea & biscuits". [main]
 class ConnectionDialog : public testing::Test
@@ -31,6 +33,10 @@ protected:
 
     /// Opens the dialog for a new connection, or for a saved one.
     QDialog *open(const std::shared_ptr<SQLRecentConnection> &record = {});
+    /// Opens it for a new connection with the server's address.
+    void openOnAddress();
+    /// Opens it for a new connection and lets it connect to server, which listens from now on.
+    void openAndConnectTo(QTcpServer &server);
     QDialog *dialog() const;
     /// Pastes text as from the desktop's clipboard.
     void paste(const QString &field, const QString &text) const;

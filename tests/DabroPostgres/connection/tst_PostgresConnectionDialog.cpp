@@ -50,9 +50,7 @@ TEST_F(ConnectionDialog, isFilledByAPastedAddressAndConnects)
 
 TEST_F(ConnectionDialog, keepsNoPasswordThatIsNotToBeRemembered)
 {
-    open();
-    paste(u"Host"_qs, uri());
-    ASSERT_TRUE(DXWait::until([this] { return field(u"User"_qs) == u"clerk"_qs; }));
+    openOnAddress();
     type<QLineEdit>(dialog(), u"Password"_qs, password());
     click<QCheckBox>(dialog(), u"Remember"_qs);
     click<QPushButton>(dialog(), u"Save"_qs);
@@ -66,9 +64,7 @@ TEST_F(ConnectionDialog, keepsNoPasswordThatIsNotToBeRemembered)
 
 TEST_F(ConnectionDialog, saysWhyItCannotConnectAndLosesNothing)
 {
-    open();
-    paste(u"Host"_qs, uri());
-    ASSERT_TRUE(DXWait::until([this] { return field(u"User"_qs) == u"clerk"_qs; }));
+    openOnAddress();
     const auto *const secret = named<QLineEdit>(dialog(), u"Password"_qs);
     click<QPushButton>(dialog(), u"Test connection"_qs);
     EXPECT_THAT(message().toStdString(), HasSubstr("password"));
@@ -103,12 +99,7 @@ TEST_F(ConnectionDialog, saysWhyItCannotConnectAndLosesNothing)
 TEST_F(ConnectionDialog, isStoppedByEscapeAndClosedByTheNext)
 {
     QTcpServer silent;
-    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
-    open();
-    type<QLineEdit>(dialog(), u"Host"_qs, u"127.0.0.1"_qs);
-    type<QLineEdit>(dialog(), u"Port"_qs, QString::number(silent.serverPort()));
-    QTest::keyClick(dialog(), Qt::Key_Return);
-    EXPECT_TRUE(DXWait::until([&silent] { return silent.hasPendingConnections(); }));
+    openAndConnectTo(silent);
     named<QPushButton>(dialog(), u"Stop"_qs);
     QTest::keyClick(dialog(), Qt::Key_Escape);
     EXPECT_EQ(message(), u"Stopped."_qs);
@@ -120,12 +111,7 @@ TEST_F(ConnectionDialog, isStoppedByEscapeAndClosedByTheNext)
 TEST_F(ConnectionDialog, showsAFailureOnlyAtTheConnectionThatFailed)
 {
     QTcpServer silent;
-    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
-    open();
-    type<QLineEdit>(dialog(), u"Host"_qs, u"127.0.0.1"_qs);
-    type<QLineEdit>(dialog(), u"Port"_qs, QString::number(silent.serverPort()));
-    QTest::keyClick(dialog(), Qt::Key_Return);
-    EXPECT_TRUE(DXWait::until([&silent] { return silent.hasPendingConnections(); }));
+    openAndConnectTo(silent);
     click<QToolButton>(dialog(), u"New connection"_qs);
     EXPECT_TRUE(named<QPushButton>(dialog(), u"Connect"_qs)->isEnabled());
     EXPECT_EQ(field(u"Host"_qs), QString());
@@ -139,9 +125,7 @@ TEST_F(ConnectionDialog, showsAFailureOnlyAtTheConnectionThatFailed)
 
 TEST_F(ConnectionDialog, tellsWhenWhatWasConnectedIsNotSaved)
 {
-    open();
-    paste(u"Host"_qs, uri());
-    ASSERT_TRUE(DXWait::until([this] { return field(u"User"_qs) == u"clerk"_qs; }));
+    openOnAddress();
     type<QLineEdit>(dialog(), u"Password"_qs, password());
     DXError told;
     QObject::connect(m_controller.get(), &DXConnectionWindowController::notSaved, &m_window,
@@ -186,9 +170,7 @@ TEST_F(ConnectionDialog, editsASavedConnectionAndKeepsWhatWasTypedForAnother)
 
 TEST_F(ConnectionDialog, setsParametersAsTheyWereTyped)
 {
-    open();
-    paste(u"Host"_qs, uri());
-    ASSERT_TRUE(DXWait::until([this] { return field(u"User"_qs) == u"clerk"_qs; }));
+    openOnAddress();
     type<QLineEdit>(dialog(), u"Password"_qs, password());
     click<QPushButton>(dialog(), u"Advanced settings"_qs);
     auto *sheet = opened<PostgresAdvancedSheet>();
