@@ -11,6 +11,8 @@
 #include <QLocalSocket>
 #include <QStandardPaths>
 
+#include <csignal>
+
 namespace
 {
 
@@ -125,25 +127,25 @@ void DXSSHPrompter::askNext()
     }
 }
 
-// A process that asks the same again was given the wrong answer.
+// A process that asks the same again was given the wrong answer. Others may have been given it too,
+// and take the next one, which the user typed meanwhile.
 bool DXSSHPrompter::answerFromMemory(const Question &question)
 {
     const auto remembered = m_remembered.constFind(question.text);
     if (remembered == m_remembered.constEnd())
         return false;
-    if (m_answered.value(question.text) == question.asker) {
+    if (m_given.value(question.text).value(question.asker) == remembered->number) {
         m_remembered.erase(remembered);
         return false;
     }
-    m_answered.insert(question.text, question.asker);
-    answer(question, *remembered);
+    answer(question, remembered->answer, remembered->number);
     return true;
 }
 
 void DXSSHPrompter::askWindow(const Question &question)
 {
     using Attempt = DXSSHPromptDialog::Attempt;
-    const bool isAgain = m_answered.value(question.text) == question.asker;
+    const bool isAgain = m_given.value(question.text).contains(question.asker);
     auto *const window = new DXSSHPromptDialog(
         question.hint, question.text, isAgain ? Attempt::Again : Attempt::First, windowInFront());
     m_window = window;
@@ -153,10 +155,11 @@ void DXSSHPrompter::askWindow(const Question &question)
     connect(window, &QDialog::finished, this, [this, window, question](int result) {
         m_window = nullptr;
         if (result == QDialog::Accepted) {
-            m_answered.insert(question.text, question.asker);
+            ++m_lastNumber;
             if (window->isToBeRemembered())
-                m_remembered.insert(question.text, window->answer());
-            answer(question, window->answer());
+                m_remembered.insert(question.text,
+                                    {.answer = window->answer(), .number = m_lastNumber});
+            answer(question, window->answer(), m_lastNumber);
         } else {
             refuse(question);
         }
@@ -165,8 +168,12 @@ void DXSSHPrompter::askWindow(const Question &question)
     window->open();
 }
 
-void DXSSHPrompter::answer(const Question &question, const QString &text)
+void DXSSHPrompter::answer(const Question &question, const QString &text, int number)
 {
+    // The system gives the number of a process that has ended to another one.
+    QHash<QByteArray, int> &given = m_given[question.text];
+    given.removeIf([](const auto &entry) { return ::kill(entry.key().toInt(), 0) != 0; });
+    given.insert(question.asker, number);
     if (!question.socket)
         return;
     question.socket->write('Y' + text.toLocal8Bit());

@@ -49,14 +49,21 @@ private:
     void askNext();
     void askWindow(const Question &question);
     bool answerFromMemory(const Question &question);
-    static void answer(const Question &question, const QString &text);
+    void answer(const Question &question, const QString &text, int number);
     static void refuse(const Question &question);
 
     QTemporaryDir m_folder;
     QLocalServer m_server;
     QList<Question> m_questions;
     QPointer<DXSSHPromptDialog> m_window;
-    QHash<QString, QString> m_remembered;
-    /// The process that was last given an answer to a text.
-    QHash<QString, QByteArray> m_answered;
+    struct Remembered
+    {
+        QString answer;
+        int number = 0;
+    };
+    /// By the text of the question.
+    QHash<QString, Remembered> m_remembered;
+    /// The number of the answer that each process was given last, by the text of the question.
+    QHash<QString, QHash<QByteArray, int>> m_given;
+    int m_lastNumber = 0;
 };
