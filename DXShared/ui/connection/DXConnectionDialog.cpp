@@ -8,7 +8,6 @@
 #include "client/ssh/DXSSHTunnel.h"
 #include "core/DXLogHelper.h"
 #include "ui/DXMessageArea.h"
-#include "ui/DXTheme.h"
 #include "ui/connection/DXConnectionForm.h"
 #include "ui/connection/DXSSHPrompter.h"
 #include "ui/connection/DXSavedConnectionsModel.h"
@@ -86,14 +85,10 @@ QWidget *DXConnectionDialog::createSidebar()
 {
     auto *const sidebar = new QWidget;
     sidebar->setFixedWidth(sidebarWidth);
-    sidebar->setAutoFillBackground(true);
-    QPalette colors = sidebar->palette();
-    const QColor background = DXTheme::of(colors).sidebar;
-    colors.setColor(QPalette::Window, background);
-    sidebar->setPalette(colors);
+    // The program's style sheet gives it its colour, as the main window's.
+    sidebar->setObjectName(QStringLiteral("sidebar"));
+    sidebar->setAttribute(Qt::WA_StyledBackground);
     m_saved = new DXSavedConnectionsView;
-    colors.setColor(QPalette::Base, background);
-    m_saved->setPalette(colors);
     auto *const layout = new QVBoxLayout(sidebar);
     layout->setContentsMargins(edge, edge, edge, edge);
     layout->addWidget(m_saved);
