@@ -3,6 +3,7 @@
 #include "desktop/Appearance.h"
 
 #include "desktop/ActionSet.h"
+#include "desktop/ControlStyle.h"
 #include "ui/DXDesktopColors.h"
 
 #include <QAction>
@@ -28,6 +29,15 @@ DXTheme::Appearance rememberedDesktop()
         &DXTheme::of(QApplication::palette()) == &DXTheme::of(DXTheme::Appearance::Dark);
     return QSettings().value(desktopKey, isDark).toBool() ? DXTheme::Appearance::Dark
                                                           : DXTheme::Appearance::Light;
+}
+
+void setStyleOnce()
+{
+    static const bool isSet = [] {
+        QApplication::setStyle(new ControlStyle);
+        return true;
+    }();
+    Q_UNUSED(isSet)
 }
 
 void apply(const DXTheme &theme)
@@ -62,6 +72,7 @@ void apply(const DXTheme &theme)
         "QLineEdit { border: 1px solid %8; border-radius: 3px; padding: 3px 6px; }"
         "QLineEdit:focus { border-color: %4; }"
         "QAbstractSpinBox QLineEdit, QComboBox QLineEdit { border: 0; padding: 0; }"
+        "QAbstractItemView QLineEdit { border-radius: 0; padding: 0 2px; }"
         "QTableCornerButton::section { background: %5; border: 0; }"
         "QWidget#sidebar, QWidget#sidebar QTreeView { background: %6; }");
     qApp->setStyleSheet(sheet.arg(theme.border.name(), theme.secondaryText.name(),
@@ -76,6 +87,7 @@ Appearance::Appearance(const ActionSet &actions, QObject *parent)
     , m_desktop(new DXDesktopColors(this))
     , m_desktops(rememberedDesktop())
 {
+    setStyleOnce();
     // In the order of Mode.
     constexpr ActionSet::Id ids[] = {ActionSet::Id::AppearanceSystem,
                                      ActionSet::Id::AppearanceLight, ActionSet::Id::AppearanceDark};
