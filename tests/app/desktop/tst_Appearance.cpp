@@ -3,6 +3,7 @@
 #include "app/desktop/DesktopTest.h"
 #include "desktop/ActionSet.h"
 #include "desktop/MainWindow.h"
+#include "support/Contrast.h"
 #include "support/PrintQt.h"
 
 #include <QAction>
@@ -11,29 +12,12 @@
 #include <QRadioButton>
 #include <QStyleOptionButton>
 
-#include <cmath>
+#include <algorithm>
 
 namespace
 {
 
 using Id = ActionSet::Id;
-
-double luminance(const QColor &color)
-{
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF())
-           + 0.0722 * linear(color.blueF());
-}
-
-// WCAG 2, "contrast ratio".
-double contrast(const QColor &one, const QColor &other)
-{
-    const double first = luminance(one);
-    const double second = luminance(other);
-    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
-}
 
 /// The strongest contrast to the window at the left edge of button's indicator.
 double frameContrast(QAbstractButton &button, QStyle::SubElement indicator)

@@ -7,6 +7,7 @@
 #include "desktop/MainWindow.h"
 #include "desktop/documents/DocumentJournal.h"
 #include "desktop/documents/Documents.h"
+#include "support/Contrast.h"
 #include "support/DXWait.h"
 #include "support/Widgets.h"
 #include "ui/connection/DXConnectionDialog.h"
@@ -30,7 +31,6 @@
 #include <QTreeView>
 
 #include <algorithm>
-#include <cmath>
 
 namespace
 {
@@ -333,21 +333,6 @@ TEST_F(MainWindowTest, bringsTextsBackWithoutConnecting)
     open();
     EXPECT_TRUE(DXWait::until([this] { return hasJournal(); }));
     EXPECT_EQ(window().documents().count(), 0);
-}
-
-// The contrast of two colours as the Web Content Accessibility Guidelines define it.
-double contrast(const QColor &one, const QColor &other)
-{
-    const auto luminance = [](const QColor &color) {
-        const auto linear = [](float part) {
-            return part <= 0.03928F ? part / 12.92F : std::pow((part + 0.055F) / 1.055F, 2.4F);
-        };
-        return 0.2126F * linear(color.redF()) + 0.7152F * linear(color.greenF())
-               + 0.0722F * linear(color.blueF()) + 0.05F;
-    };
-    const float first = luminance(one);
-    const float second = luminance(other);
-    return double(std::max(first, second) / std::min(first, second));
 }
 
 TEST_F(MainWindowTest, staysReadableWhenItsColoursChange)
