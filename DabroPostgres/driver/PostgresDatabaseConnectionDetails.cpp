@@ -70,8 +70,10 @@ QByteArray PostgresDatabaseConnectionDetails::sessionKey() const
 
 bool PostgresDatabaseConnectionDetails::needsHostName() const
 {
+    static const QStringList modes{QStringLiteral("require"), QStringLiteral("verify-ca"),
+                                   QStringLiteral("verify-full")};
     return password().isEmpty() || !m_connectionParameters.isEmpty()
-           || (m_sslDetails && m_sslDetails->sslMode() == QLatin1String("verify-full"));
+           || (m_sslDetails && modes.contains(m_sslDetails->sslMode()));
 }
 
 const QStringList &PostgresDatabaseConnectionDetails::keywords()

@@ -30,9 +30,10 @@ public:
     {
         m_connectionParameters = parameters;
     }
-    /// Whether connecting needs the server's name rather than its address: its certificate is
-    /// checked against the name (verify-full), the password file is searched by it (libpq, "The
-    /// Password File"), or parameters such as hostaddr, krbsrvname and sslsni are about it.
+    /// Whether connecting needs the server's name rather than its address: TLS is asked for, whose
+    /// greeting tells the name to a host of many servers, and whose certificate is checked against
+    /// it; the password file is searched by it (libpq, "The Password File"); or parameters such as
+    /// hostaddr and krbsrvname are about it.
     bool needsHostName() const;
 
     std::shared_ptr<DabroDBC> copy() const override;

@@ -156,11 +156,14 @@ TEST(PostgresDatabaseConnectionDetails, needsTheNameForItsCertificateAndItsPassw
     const auto details = sample();
     EXPECT_TRUE(details->needsHostName());
     details->setConnectionParameters({});
+    for (const QString &mode : PostgresSSLDetails::modes()) {
+        details->sslDetails()->setSslMode(mode);
+        const bool asksForTls = mode == u"require" || mode.startsWith(u"verify");
+        EXPECT_EQ(details->needsHostName(), asksForTls) << qPrintable(mode);
+    }
+    details->setSslDetails(nullptr);
     EXPECT_FALSE(details->needsHostName());
     details->setPassword({});
-    EXPECT_TRUE(details->needsHostName());
-    details->setPassword(QStringLiteral("pw"));
-    details->sslDetails()->setSslMode(QStringLiteral("verify-full"));
     EXPECT_TRUE(details->needsHostName());
 }
 
