@@ -103,6 +103,24 @@ void drawFrame(QPainter &painter, const QStyleOption &option)
     painter.restore();
 }
 
+void drawButton(QPainter &painter, const QStyleOption &option)
+{
+    const DXTheme &theme = DXTheme::of(option.palette);
+    const auto *const button = qstyleoption_cast<const QStyleOptionButton *>(&option);
+    const bool isDefault = button && (button->features & QStyleOptionButton::DefaultButton);
+    State state = option.state;
+    state.setFlag(QStyle::State_On, isDefault);
+    const bool isDown = option.state & (QStyle::State_Sunken | QStyle::State_On);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(frameColor(theme, state), hasFocus(state) ? 1.5 : 1));
+    painter.setBrush(!(state & QStyle::State_Enabled) ? theme.window
+                     : isDown                         ? theme.selection
+                                                      : theme.surface);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), rounding, rounding);
+    painter.restore();
+}
+
 } // namespace
 
 void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
@@ -112,6 +130,8 @@ void ControlStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *o
         drawIndicator(*painter, *option, false);
     else if (element == PE_IndicatorRadioButton)
         drawIndicator(*painter, *option, true);
+    else if (element == PE_PanelButtonCommand)
+        drawButton(*painter, *option);
     else
         QProxyStyle::drawPrimitive(element, option, painter, widget);
 }

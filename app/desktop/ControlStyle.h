@@ -4,9 +4,9 @@
 
 #include <QProxyStyle>
 
-/// The desktop's style with check boxes, radio buttons and the frames of combo and spin boxes in
-/// the colours of DXTheme: their own frames follow the window's colour and vanish on a dark one.
-/// [main]
+/// The desktop's style with buttons, check boxes, radio buttons and the frames of combo and spin
+/// boxes in the colours of DXTheme: their own frames follow the window's colour and vanish on a
+/// dark one. [main]
 class ControlStyle final : public QProxyStyle
 {
     Q_OBJECT

@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QStyleOptionButton>
 
@@ -58,6 +59,8 @@ TEST_F(AppearanceTest, drawsFramesThatAreSeen)
             QComboBox choice(&window());
             choice.setEditable(isChecked);
             EXPECT_GE(contrast(edgeOf(choice), window().palette().color(QPalette::Window)), 2.9);
+            QPushButton button(QStringLiteral("Button"), &window());
+            EXPECT_GE(contrast(edgeOf(button), window().palette().color(QPalette::Window)), 2.9);
             box.setEnabled(false);
             EXPECT_GE(frameContrast(box, QStyle::SE_CheckBoxIndicator), 1.5) << isChecked;
         }
