@@ -27,6 +27,8 @@ DXMessageArea::DXMessageArea(QWidget *parent)
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setAccessibleName(tr("Message"));
     setFrameShape(QFrame::NoFrame);
+    // What lies behind shows, in whatever colours.
+    viewport()->setAutoFillBackground(false);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -42,7 +44,6 @@ void DXMessageArea::setMessage(Kind kind, const QString &text)
     colors.setColor(QPalette::Text, kind == Kind::Error     ? theme.danger
                                     : kind == Kind::Success ? theme.success
                                                             : theme.secondaryText);
-    colors.setColor(QPalette::Base, theme.window);
     setPalette(colors);
     DXLongText::show(*this, text);
     setVisible(!text.isEmpty());
