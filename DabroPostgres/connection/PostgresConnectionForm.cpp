@@ -150,15 +150,26 @@ void PostgresConnectionForm::addressRead(const std::optional<Fields> &read, cons
     Q_EMIT edited();
 }
 
+bool PostgresConnectionForm::readTypedAddress()
+{
+    const QString text = m_address->text().trimmed();
+    if (text.isEmpty())
+        return false;
+    readAddress(text);
+    return true;
+}
+
 bool PostgresConnectionForm::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_address && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent *>(event)->key();
-        const QString text = m_address->text().trimmed();
-        if ((key == Qt::Key_Return || key == Qt::Key_Enter) && !text.isEmpty()) {
-            readAddress(text);
+        if ((key == Qt::Key_Return || key == Qt::Key_Enter) && readTypedAddress())
             return true;
-        }
+    } else if (watched == m_address && event->type() == QEvent::FocusOut) {
+        // It is not finished where another window or a menu takes the focus.
+        const auto reason = static_cast<QFocusEvent *>(event)->reason();
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+            readTypedAddress();
     }
     return DXConnectionForm::eventFilter(watched, event);
 }
@@ -238,6 +249,9 @@ void PostgresConnectionForm::setProblems(const Controller::Problems &problems)
 
 bool PostgresConnectionForm::validate()
 {
+    // What was typed is to be seen in the fields before anything connects there.
+    if (readTypedAddress())
+        return false;
     const Controller::Problems problems = Controller::problemsOf(fields());
     DXFormField *const inTunnel = m_tunnel->validate();
     setProblems(problems);

@@ -53,6 +53,8 @@ private:
     void connectEdits();
     void watchForAddress(QLineEdit *line);
     void readAddress(const QString &text);
+    /// False when there is none.
+    bool readTypedAddress();
     void addressRead(const std::optional<Fields> &read, const DXError &error);
     void setFields(const Fields &fields);
     Fields fields() const;

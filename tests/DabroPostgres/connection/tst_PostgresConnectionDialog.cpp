@@ -48,6 +48,32 @@ TEST_F(ConnectionDialog, isFilledByAPastedAddressAndConnects)
     EXPECT_EQ(records.first()->password(), password());
 }
 
+TEST_F(ConnectionDialog, connectsNowhereElseThanToATypedAddress)
+{
+    open();
+    auto *const address = named<QLineEdit>(dialog(), u"Address of the connection"_qs);
+    const auto isRead = [&] {
+        return DXWait::until([&] { return address->text().isEmpty(); })
+               && field(u"User"_qs) == u"clerk"_qs;
+    };
+    address->setFocus();
+    QTest::keyClicks(address, uri());
+    click<QPushButton>(dialog(), u"Test connection"_qs);
+    EXPECT_TRUE(isRead());
+    type<QLineEdit>(dialog(), u"User"_qs, u"nobody"_qs);
+    address->setFocus();
+    QTest::keyClicks(address, uri());
+    QTest::keyClick(address, Qt::Key_Tab);
+    EXPECT_TRUE(isRead());
+    // What cannot be read stays, and is in the way.
+    address->setFocus();
+    QTest::keyClicks(address, u"postgres://h:x/"_qs);
+    click<QPushButton>(dialog(), u"Connect"_qs);
+    EXPECT_TRUE(DXWait::until([&] { return !address->accessibleDescription().isEmpty(); }));
+    EXPECT_EQ(address->text(), u"postgres://h:x/"_qs);
+    EXPECT_FALSE(m_connected);
+}
+
 TEST_F(ConnectionDialog, keepsNoPasswordThatIsNotToBeRemembered)
 {
     openOnAddress();
